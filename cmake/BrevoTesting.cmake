@@ -1,0 +1,22 @@
+# GoogleTest for the build at hand, and one CTest test per test executable.
+if(CMAKE_CROSSCOMPILING)
+  set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+  add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+  set(BREVO_GTEST_LIBRARIES gtest)
+else()
+  find_package(GTest REQUIRED)
+  set(BREVO_GTEST_LIBRARIES GTest::gtest)
+endif()
+
+# Builds every test source of tests/<folder> into one executable.
+function(brevo_add_test_suite name folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE brevo_test_support)
+  add_test(NAME ${name} COMMAND ${name})
+endfunction()

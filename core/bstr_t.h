@@ -1,0 +1,63 @@
+// A shared, reference-counted wide string: copies share one BSTR, a null
+// string differs from an empty one, and the narrow form (ANSI code page) is
+// made on first use and kept.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+
+#include "platform/com.h"
+
+namespace brevo {
+
+class _bstr_t {
+ public:
+  _bstr_t() noexcept = default;
+  _bstr_t(std::nullptr_t) noexcept {}
+  _bstr_t(const OLECHAR* text);
+  _bstr_t(const char* text);
+  // Takes ownership of text when copy is false.
+  _bstr_t(BSTR text, bool copy);
+  _bstr_t(const _bstr_t& other) noexcept;
+  _bstr_t(_bstr_t&& other) noexcept;
+  _bstr_t& operator=(const _bstr_t& other) noexcept;
+  _bstr_t& operator=(_bstr_t&& other) noexcept;
+  ~_bstr_t();
+
+  // The shared BSTR; null for a null string. Still owned by this object.
+  operator const OLECHAR*() const noexcept { return data_ != nullptr ? data_->wide : nullptr; }
+  BSTR GetBSTR() const noexcept { return data_ != nullptr ? data_->wide : nullptr; }
+  // The narrow copy; null for a null string.
+  operator const char*() const;
+  const char* narrow() const { return static_cast<const char*>(*this); }
+
+  // In characters.
+  unsigned int length() const noexcept { return SysStringLen(GetBSTR()); }
+  bool is_null() const noexcept { return data_ == nullptr; }
+  // A new BSTR for the caller; null for a null string.
+  BSTR copy() const;
+  void Attach(BSTR text);
+  BSTR Detach();
+
+  // Exact equality: both null, or the same UTF-16 code units.
+  friend bool operator==(const _bstr_t& a, const _bstr_t& b) noexcept;
+  friend bool operator!=(const _bstr_t& a, const _bstr_t& b) noexcept { return !(a == b); }
+
+ private:
+  struct Data {
+    BSTR wide;
+    mutable char* narrow = nullptr;
+    std::atomic<unsigned> refs{1};
+  };
+
+  static Data* Adopt(BSTR text);
+  void Drop() noexcept;
+
+  Data* data_ = nullptr;
+};
+
+// Exact, case-sensitive equality of two wide strings as held in BSTRs:
+// both null, or the same length and code units.
+bool SameText(const OLECHAR* a, const OLECHAR* b) noexcept;
+
+}  // namespace brevo

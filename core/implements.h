@@ -1,0 +1,186 @@
+// The object frame. A COM class lists its interfaces once,
+//
+//   class MutableColumns : public implements<MutableColumns, IMutableColumns, IMutableColumnsRaw>,
+//                          public MutableColumnsImpl { ... };
+//
+// and gets QueryInterface over that list, ISupportErrorInfo for its own
+// (non-callback) interfaces, its share of the module lock count, and Call<I>(),
+// the one error wrapper of every interface method. The live object is
+// CComObject<X> (single-threaded count) or, inside an aggregate,
+// CComAggObject<X>, which holds X as a CComContainedObject<X>.
+#pragma once
+
+#include <type_traits>
+#include <utility>
+
+#include "core/com_ptr.h"
+#include "core/error_reporting.h"
+#include "core/interface_id.h"
+#include "core/module_lock.h"
+
+namespace brevo {
+
+template <class Derived, class First, class... Rest>
+class implements : public First, public Rest..., public ISupportErrorInfo {
+ public:
+  // Declared once here so that every interface's slots share one overrider.
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override = 0;
+  STDMETHOD_(ULONG, AddRef)() override = 0;
+  STDMETHOD_(ULONG, Release)() override = 0;
+
+  STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override {
+    return IsOwn<First>(iid) || (IsOwn<Rest>(iid) || ...) ? S_OK : S_FALSE;
+  }
+
+  // The non-delegating lookup behind every QueryInterface.
+  HRESULT InternalQueryInterface(REFIID iid, void** out) noexcept {
+    if (out == nullptr) return E_POINTER;
+    *out = nullptr;
+    if (iid == iid_of<IUnknown>()) {
+      *out = GetIdentity();
+    } else if (iid == iid_of<ISupportErrorInfo>()) {
+      *out = static_cast<ISupportErrorInfo*>(this);
+    } else if (!(Find<First>(iid, out) || (Find<Rest>(iid, out) || ...)) && iid == iid_of<IDispatch>()) {
+      (FindDispatch<First>(out) || (FindDispatch<Rest>(out) || ...));
+    }
+    if (*out == nullptr) return E_NOINTERFACE;
+    static_cast<IUnknown*>(*out)->AddRef();
+    return S_OK;
+  }
+
+  // The identity of the object (its IUnknown through the first interface).
+  IUnknown* GetIdentity() noexcept { return static_cast<First*>(this); }
+
+  // Runs when the last reference goes, while the object is still whole: work
+  // that may hand out `this` (raising events, detaching from others) belongs
+  // here rather than in a destructor. Classes hide it with their own.
+  void FinalRelease() {}
+
+ protected:
+  implements() noexcept { ModuleLock::Increment(); }
+  implements(const implements&) = delete;
+  implements& operator=(const implements&) = delete;
+  virtual ~implements() { ModuleLock::Decrement(); }
+
+  // The error wrapper: runs body for interface I of this class.
+  template <class I, class Body>
+  HRESULT Call(Body&& body) noexcept {
+    return GuardedCall(Derived::kClassId, iid_of<I>(), std::forward<Body>(body));
+  }
+
+ private:
+  template <class I>
+  static bool IsOwn(REFIID iid) noexcept {
+    return !is_callback_interface<I> && iid == iid_of<I>();
+  }
+  template <class I>
+  bool Find(REFIID iid, void** out) noexcept {
+    if (!(iid == iid_of<I>())) return false;
+    *out = static_cast<I*>(this);
+    return true;
+  }
+  template <class I>
+  bool FindDispatch(void** out) noexcept {
+    if constexpr (std::is_base_of_v<IDispatch, I>) {
+      *out = static_cast<IDispatch*>(static_cast<I*>(this));
+      return true;
+    } else {
+      (void)out;
+      return false;
+    }
+  }
+};
+
+// A stand-alone object with its own plain (apartment) reference count.
+template <class T>
+class CComObject final : public T {
+ public:
+  template <class... Args>
+  explicit CComObject(Args&&... args) : T(std::forward<Args>(args)...) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) override { return this->InternalQueryInterface(iid, out); }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++refs_; }
+  STDMETHODIMP_(ULONG) Release() override {
+    const ULONG left = --refs_;
+    if (left == 0) {
+      refs_ = 1;  // references taken and dropped while dying must not delete again
+      this->FinalRelease();
+      delete this;
+    }
+    return left;
+  }
+
+ private:
+  ULONG refs_ = 0;
+};
+
+// The inner object of an aggregate: its interfaces answer for the outer one.
+template <class T>
+class CComContainedObject final : public T {
+ public:
+  template <class... Args>
+  explicit CComContainedObject(IUnknown* outer, Args&&... args) : T(std::forward<Args>(args)...), outer_(outer) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) override { return outer_->QueryInterface(iid, out); }
+  STDMETHODIMP_(ULONG) AddRef() override { return outer_->AddRef(); }
+  STDMETHODIMP_(ULONG) Release() override { return outer_->Release(); }
+
+ private:
+  IUnknown* outer_;
+};
+
+// The non-delegating IUnknown that the outer object of an aggregate holds.
+template <class T>
+class CComAggObject final : public IUnknown {
+ public:
+  template <class... Args>
+  explicit CComAggObject(IUnknown* outer, Args&&... args) : contained_(outer, std::forward<Args>(args)...) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+    if (out == nullptr) return E_POINTER;
+    if (iid == iid_of<IUnknown>()) {
+      *out = static_cast<IUnknown*>(this);
+      AddRef();
+      return S_OK;
+    }
+    return contained_.InternalQueryInterface(iid, out);
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++refs_; }
+  STDMETHODIMP_(ULONG) Release() override {
+    const ULONG left = --refs_;
+    if (left == 0) {
+      refs_ = 1;
+      contained_.FinalRelease();
+      delete this;
+    }
+    return left;
+  }
+
+ private:
+  ULONG refs_ = 0;
+  CComContainedObject<T> contained_;
+};
+
+// A new stand-alone object of class T, holding the caller's one reference.
+template <class T, class... Args>
+com_ptr<CComObject<T>> make_object(Args&&... args) {
+  return com_ptr<CComObject<T>>(new CComObject<T>(std::forward<Args>(args)...));
+}
+
+// A new object of class T for a class factory: stand-alone when outer is null,
+// else the inner part of outer's aggregate (then only IUnknown may be asked).
+template <class T>
+HRESULT CreateInstance(IUnknown* outer, REFIID iid, void** out) noexcept {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  if (outer != nullptr && !(iid == iid_of<IUnknown>())) return CLASS_E_NOAGGREGATION;
+  try {
+    if (outer == nullptr) return make_object<T>()->QueryInterface(iid, out);
+    const com_ptr<IUnknown> inner(new CComAggObject<T>(outer));
+    return inner->QueryInterface(iid, out);
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+}  // namespace brevo
