@@ -1,1 +1,74 @@
-int main() { return 0; }
+// Shows how a cell of each kind reads through every typed getter, the loose
+// conversions included (a string reads as false, a byte is the first
+// character of the value's text).
+#include <cstdio>
+#include <functional>
+#include <string>
+
+#include "core/bv_exception.h"
+#include "records/abstract_mutable_record.h"
+
+namespace {
+
+using brevo::_bstr_t;
+using brevo::unique_variant;
+
+// A record of one cell, enough to show the conversions on their own.
+class OneCell final : public brevo::AbstractMutableRecord {
+ public:
+  unique_variant GetValue(ULONG) override { return cell; }
+  void SetValue(ULONG, const VARIANT& value) override { cell = unique_variant(value); }
+  unique_variant cell;
+};
+
+std::string Reading(const std::function<std::string()>& read) {
+  try {
+    return read();
+  } catch (const brevo::EBvException& e) {
+    return std::string("! ") + static_cast<const char*>(_bstr_t(e.GetDescription()));
+  }
+}
+
+std::string Quoted(const _bstr_t& text) {
+  return text.is_null() ? "(null)" : "\"" + std::string(static_cast<const char*>(text)) + "\"";
+}
+
+}  // namespace
+
+int main() {
+  struct Sample {
+    const char* label;
+    std::function<void(OneCell&)> store;
+  };
+  const Sample samples[] = {
+      {"empty", [](OneCell&) {}},
+      {"Int32 70000", [](OneCell& r) { r.SetValueAsInt32(0, 70000); }},
+      {"Double -2.9", [](OneCell& r) { r.SetValueAsDouble(0, -2.9); }},
+      {"String \"12abc\"", [](OneCell& r) { r.SetValueAsString(0, _bstr_t(OLESTR("12abc"))); }},
+      {"Boolean true", [](OneCell& r) { r.SetValueAsBoolean(0, VARIANT_TRUE); }},
+      {"Boolean 1", [](OneCell& r) { r.SetValueAsBoolean(0, 1); }},
+      {"Byte 200", [](OneCell& r) { r.SetValueAsByte(0, 200); }},
+      {"Int16 -5", [](OneCell& r) { r.SetValueAsInt16(0, -5); }},
+      {"Int64 5 (stores nothing)", [](OneCell& r) { r.SetValueAsInt64(0, 5); }},
+      {"Float 1.5", [](OneCell& r) { r.SetValueAsFloat(0, 1.5f); }},
+  };
+
+  std::printf("%-26s %-29s %-12s %-10s %-12s %-10s %-12s %-8s %s\n", "cell", "Boolean", "Double", "Float",
+              "Int32", "Int16", "Int64", "Byte", "String");
+  for (const Sample& sample : samples) {
+    OneCell record;
+    sample.store(record);
+    const auto number = [](auto value) { return std::to_string(value); };
+    std::printf("%-26s %-29s %-12s %-10s %-12s %-10s %-12s %-8s %s\n", sample.label,
+                Reading([&] { return number(record.GetValueAsBoolean(0)); }).c_str(),
+                Reading([&] { return number(record.GetValueAsDouble(0)); }).c_str(),
+                Reading([&] { return number(record.GetValueAsFloat(0)); }).c_str(),
+                Reading([&] { return number(record.GetValueAsInt32(0)); }).c_str(),
+                Reading([&] { return number(record.GetValueAsInt16(0)); }).c_str(),
+                Reading([&] { return number(record.GetValueAsInt64(0)); }).c_str(),
+                Reading([&] { return number(record.GetValueAsByte(0)); }).c_str(),
+                Reading([&] { return Quoted(record.GetValueAsString(0)); }).c_str());
+  }
+  std::printf("\n! marks a refusal, with the getter's own message.\n");
+  return 0;
+}
