@@ -1,14 +1,7 @@
-# GoogleTest for the build at hand, and one CTest test per test executable.
-if(CMAKE_CROSSCOMPILING)
-  set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
-  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
-  set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
-  add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
-  set(BREVO_GTEST_LIBRARIES gtest)
-else()
-  find_package(GTest REQUIRED)
-  set(BREVO_GTEST_LIBRARIES GTest::gtest)
-endif()
+# GoogleTest for the build at hand, and one CTest test per test executable
+# (under Wine on the windows build).
+include(${CMAKE_CURRENT_LIST_DIR}/BrevoGTest.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/WineTesting.cmake)
 
 # Builds every test source of tests/<folder> into one executable.
 function(brevo_add_test_suite name folder)
@@ -18,5 +11,5 @@ function(brevo_add_test_suite name folder)
   endif()
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE brevo_test_support)
-  add_test(NAME ${name} COMMAND ${name})
+  brevo_add_test(${name})
 endfunction()

@@ -13,11 +13,13 @@ class unique_variant {
  public:
   unique_variant() noexcept { VariantInit(&value_); }
   // A copy of source (strings duplicated, objects referenced again).
-  explicit unique_variant(const VARIANT& source) : unique_variant() { ThrowIfFailed(VariantCopy(&value_, &source)); }
+  explicit unique_variant(const VARIANT& source) : unique_variant() {
+    ThrowIfFailed(VariantCopy(&value_, const_cast<VARIANT*>(&source)));  // the source is only read
+  }
   unique_variant(const unique_variant& other) : unique_variant(other.value_) {}
   unique_variant(unique_variant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
   unique_variant& operator=(const unique_variant& other) {
-    if (this != &other) ThrowIfFailed(VariantCopy(&value_, &other.value_));
+    if (this != &other) ThrowIfFailed(VariantCopy(&value_, const_cast<VARIANT*>(&other.value_)));
     return *this;
   }
   unique_variant& operator=(unique_variant&& other) noexcept {

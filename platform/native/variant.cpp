@@ -65,14 +65,15 @@ HRESULT VariantClear(VARIANTARG* pvarg) {
   return S_OK;
 }
 
-HRESULT VariantCopy(VARIANTARG* pvargDest, const VARIANTARG* pvargSrc) {
+HRESULT VariantCopy(VARIANTARG* pvargDest, VARIANTARG* pvargSrc) {
   if (pvargSrc->vt == kClsid || FAILED(ValidateType(pvargSrc->vt))) return DISP_E_BADVARTYPE;
   if (pvargSrc == pvargDest) return S_OK;
   const HRESULT hr = VariantClear(pvargDest);
   if (FAILED(hr)) return hr;
   std::memcpy(static_cast<void*>(pvargDest), pvargSrc, sizeof(VARIANT));
   if ((pvargSrc->vt & VT_BYREF) != 0) return S_OK;
-  if (pvargSrc->vt == VT_BSTR && pvargSrc->bstrVal != nullptr) {
+  // A null string copies to an empty one, as the system's VariantCopy does.
+  if (pvargSrc->vt == VT_BSTR) {
     pvargDest->bstrVal = SysAllocStringByteLen(reinterpret_cast<const char*>(pvargSrc->bstrVal),
                                                SysStringByteLen(pvargSrc->bstrVal));
     if (pvargDest->bstrVal == nullptr) {
@@ -85,7 +86,7 @@ HRESULT VariantCopy(VARIANTARG* pvargDest, const VARIANTARG* pvargSrc) {
   return S_OK;
 }
 
-HRESULT VariantCopyInd(VARIANT* pvarDest, const VARIANTARG* pvargSrc) {
+HRESULT VariantCopyInd(VARIANT* pvarDest, VARIANTARG* pvargSrc) {
   if ((pvargSrc->vt & VT_BYREF) == 0) return VariantCopy(pvarDest, pvargSrc);
   if (FAILED(ValidateType(pvargSrc->vt))) return DISP_E_BADVARTYPE;
   const VARTYPE base = pvargSrc->vt & ~VT_BYREF;

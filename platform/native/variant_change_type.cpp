@@ -228,7 +228,7 @@ HRESULT ToObject(const VARIANT& source, VARTYPE vt, IUnknown*& out) {
 
 // Converts a by-value source into result, which starts empty.
 HRESULT Convert(const VARIANT& source, USHORT flags, VARTYPE vt, VARIANT& result) {
-  if (source.vt == vt) return VariantCopy(&result, &source);
+  if (source.vt == vt) return VariantCopy(&result, const_cast<VARIANT*>(&source));
   if (vt == VT_EMPTY) return S_OK;
   if (source.vt == VT_NULL) return DISP_E_TYPEMISMATCH;
   if (vt == VT_NULL) return source.vt == VT_EMPTY ? (result.vt = VT_NULL, S_OK) : DISP_E_TYPEMISMATCH;
@@ -284,7 +284,7 @@ bool IsKnownTarget(VARTYPE vt) {
 
 }  // namespace
 
-extern "C" HRESULT VariantChangeType(VARIANTARG* pvargDest, const VARIANTARG* pvarSrc, USHORT wFlags, VARTYPE vt) {
+extern "C" HRESULT VariantChangeType(VARIANTARG* pvargDest, VARIANTARG* pvarSrc, USHORT wFlags, VARTYPE vt) {
   if (pvargDest == nullptr || pvarSrc == nullptr) return E_INVALIDARG;
   if (!IsKnownTarget(vt)) return DISP_E_BADVARTYPE;
   VARIANT source;

@@ -1,0 +1,112 @@
+# brevo_add_test(<target> [NAME <name>] [ARGS ...] [LABELS ...])
+#
+# Registers the test executable <target> as ONE CTest test (a gtest binary
+# runs all of its cases in that single process).
+#
+# Native build: plain add_test().
+# Windows build (CMAKE_CROSSCOMPILING with the mingw toolchain): the test
+# runs through CMAKE_CROSSCOMPILING_EMULATOR (wine-run.sh) in the throwaway
+# prefix ${CMAKE_BINARY_DIR}/wineprefix, and requires the "wine" fixture: a
+# setup test that creates the prefix and starts one persistent wineserver,
+# and a cleanup test that stops it.
+#
+# brevo_add_wine_command_test(<name> COMMAND <windows program> [args...])
+#   Windows build only: runs an arbitrary program inside the prefix (e.g.
+#   cscript, regsvr32) under the same fixture.
+
+include_guard(GLOBAL)
+
+# brevo_wine_path(<out-var> <absolute unix path>): Z:\... form of the path,
+# for Windows programs that do not accept Unix paths (cscript, regsvr32).
+function(brevo_wine_path out path)
+  string(REPLACE "/" "\\" _p "${path}")
+  set(${out} "Z:${_p}" PARENT_SCOPE)
+endfunction()
+
+set(BREVO_WINE_PREFIX "${CMAKE_BINARY_DIR}/wineprefix" CACHE PATH
+    "Throwaway Wine prefix used by the tests of the Windows build")
+set(_brevo_wine_dir "${CMAKE_CURRENT_LIST_DIR}")
+
+function(_brevo_wine_fixture)
+  get_property(_done GLOBAL PROPERTY _BREVO_WINE_FIXTURE_DONE)
+  if(_done)
+    return()
+  endif()
+  set_property(GLOBAL PROPERTY _BREVO_WINE_FIXTURE_DONE TRUE)
+  find_program(BREVO_WINESERVER NAMES wineserver REQUIRED)
+  add_test(NAME wine.setup
+           COMMAND "${_brevo_wine_dir}/wine-fixture.sh" setup "${BREVO_WINE_PREFIX}")
+  add_test(NAME wine.cleanup
+           COMMAND "${_brevo_wine_dir}/wine-fixture.sh" cleanup "${BREVO_WINE_PREFIX}")
+  set_tests_properties(wine.setup PROPERTIES
+    FIXTURES_SETUP wine
+    ENVIRONMENT "WINESERVER=${BREVO_WINESERVER}"
+    TIMEOUT 120)
+  set_tests_properties(wine.cleanup PROPERTIES
+    FIXTURES_CLEANUP wine
+    ENVIRONMENT "WINESERVER=${BREVO_WINESERVER}"
+    TIMEOUT 60)
+endfunction()
+
+function(_brevo_wine_test_properties name)
+  _brevo_wine_fixture()
+  set_tests_properties(${name} PROPERTIES
+    FIXTURES_REQUIRED wine
+    ENVIRONMENT "WINEPREFIX=${BREVO_WINE_PREFIX}")
+endfunction()
+
+function(brevo_add_test target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME;TIMEOUT" "ARGS;LABELS")
+  if(NOT arg_NAME)
+    set(arg_NAME ${target})
+  endif()
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  # COMMAND <target> is resolved to the built file and, when cross
+  # compiling, prefixed with the target's CROSSCOMPILING_EMULATOR.
+  add_test(NAME ${arg_NAME} COMMAND ${target} ${arg_ARGS})
+  set_tests_properties(${arg_NAME} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+  if(arg_LABELS)
+    set_tests_properties(${arg_NAME} PROPERTIES LABELS "${arg_LABELS}")
+  endif()
+  if(CMAKE_CROSSCOMPILING AND WIN32)
+    _brevo_wine_test_properties(${arg_NAME})
+  endif()
+endfunction()
+
+function(brevo_add_wine_command_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "COMMAND")
+  if(NOT (CMAKE_CROSSCOMPILING AND WIN32))
+    return()
+  endif()
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  add_test(NAME ${name}
+           COMMAND "${_brevo_wine_dir}/wine-run.sh" ${arg_COMMAND})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+  _brevo_wine_test_properties(${name})
+endfunction()
+
+# brevo_add_jscript_test(<name> FILE <script.js> [ARGS ...] [PASS_REGEX <re>])
+#   Windows build only: "cscript //nologo <script> args..." in the prefix.
+#   Wine 8's cscript exits 0 and prints nothing on an uncaught script error,
+#   and WScript.StdOut/StdErr are not implemented, so success is judged by
+#   output: the test passes only if stdout matches PASS_REGEX (default: the
+#   last line is BREVO-JS-OK).  Scripts should wrap their body in
+#   try/catch, WScript.Echo the error and WScript.Quit(1).
+function(brevo_add_jscript_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE;PASS_REGEX;TIMEOUT" "ARGS")
+  if(NOT (CMAKE_CROSSCOMPILING AND WIN32))
+    return()
+  endif()
+  if(NOT arg_PASS_REGEX)
+    set(arg_PASS_REGEX "BREVO-JS-OK\r?\n$")
+  endif()
+  get_filename_component(_js "${arg_FILE}" ABSOLUTE)
+  brevo_wine_path(_js "${_js}")
+  brevo_add_wine_command_test(${name}
+    COMMAND cscript //nologo "${_js}" ${arg_ARGS} TIMEOUT ${arg_TIMEOUT})
+  set_tests_properties(${name} PROPERTIES PASS_REGULAR_EXPRESSION "${arg_PASS_REGEX}")
+endfunction()

@@ -1,0 +1,51 @@
+#!/bin/sh
+# CTest fixture helper for the Windows build.
+#
+#   wine-fixture.sh setup   PREFIX   create PREFIX if needed, start ONE
+#                                    persistent wineserver for it
+#   wine-fixture.sh cleanup PREFIX   stop that wineserver and wait for it
+set -eu
+action=$1
+mkdir -p "$2"
+WINEPREFIX=$(cd "$2" && pwd)
+export WINEPREFIX
+# Wine settings (WINEDEBUG, WINEDLLOVERRIDES, locale, no DISPLAY) are made by
+# wine-run.sh; wineserver itself needs only WINEPREFIX.
+
+WINESERVER=${WINESERVER:-wineserver}
+here=$(cd "$(dirname "$0")" && pwd)
+
+case "$action" in
+setup)
+    # Everything started here (the daemonized wineserver, and the Wine
+    # system processes wineboot starts: services.exe, winedevice.exe,
+    # explorer.exe, plugplay.exe, ...) outlives this script.  They must not
+    # inherit CTest's output pipe, or CTest waits for them until the test
+    # times out.  Hence all output goes to a log file that is printed at
+    # the end.
+    log="$WINEPREFIX.setup.log"
+    : >"$log"
+    # Persistent server first (it daemonizes); everything after, including
+    # wineboot, attaches to it.
+    "$WINESERVER" -p </dev/null >>"$log" 2>&1
+    if [ ! -f "$WINEPREFIX/system.reg" ]; then
+        # -i: initialise the prefix.  A message about syswow64\rundll32.exe
+        # is expected on a 64-bit-only Wine (no wine32 installed).
+        "$here/wine-run.sh" wineboot -i </dev/null >>"$log" 2>&1 || true
+    fi
+    # Warm-up: proves the prefix works, finishes any pending "configuration
+    # has been updated" step and leaves the system processes running.
+    status=0
+    "$here/wine-run.sh" cmd /c exit 0 </dev/null >>"$log" 2>&1 || status=$?
+    cat "$log"
+    exit $status
+    ;;
+cleanup)
+    "$WINESERVER" -k 2>/dev/null || true
+    "$WINESERVER" -w 2>/dev/null || true
+    ;;
+*)
+    echo "usage: $0 setup|cleanup PREFIX" >&2
+    exit 2
+    ;;
+esac
