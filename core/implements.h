@@ -20,8 +20,11 @@
 
 namespace brevo {
 
+namespace detail {
+
+// IUnknown and ISupportErrorInfo over the class's interface list.
 template <class Derived, class First, class... Rest>
-class implements : public First, public Rest..., public ISupportErrorInfo {
+class object_root : public First, public Rest..., public ISupportErrorInfo {
  public:
   // Declared once here so that every interface's slots share one overrider.
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override = 0;
@@ -57,10 +60,10 @@ class implements : public First, public Rest..., public ISupportErrorInfo {
   void FinalRelease() {}
 
  protected:
-  implements() noexcept { ModuleLock::Increment(); }
-  implements(const implements&) = delete;
-  implements& operator=(const implements&) = delete;
-  virtual ~implements() { ModuleLock::Decrement(); }
+  object_root() noexcept { ModuleLock::Increment(); }
+  object_root(const object_root&) = delete;
+  object_root& operator=(const object_root&) = delete;
+  virtual ~object_root() { ModuleLock::Decrement(); }
 
   // The error wrapper: runs body for interface I of this class.
   template <class I, class Body>
@@ -90,6 +93,35 @@ class implements : public First, public Rest..., public ISupportErrorInfo {
     }
   }
 };
+
+// One overrider for the IDispatch slots of every dual interface in the list.
+// Until the type information exists, late binding is refused.
+template <bool Dual, class Derived, class... Interfaces>
+class dispatch_layer : public object_root<Derived, Interfaces...> {};
+
+template <class Derived, class... Interfaces>
+class dispatch_layer<true, Derived, Interfaces...> : public object_root<Derived, Interfaces...> {
+ public:
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+    if (count == nullptr) return E_POINTER;
+    *count = 0;
+    return S_OK;
+  }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
+    if (info != nullptr) *info = nullptr;
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+    return E_NOTIMPL;
+  }
+};
+
+}  // namespace detail
+
+template <class Derived, class... Interfaces>
+class implements
+    : public detail::dispatch_layer<(std::is_base_of_v<IDispatch, Interfaces> || ...), Derived, Interfaces...> {};
 
 // A stand-alone object with its own plain (apartment) reference count.
 template <class T>

@@ -38,13 +38,6 @@ class Thing : public implements<Thing, ITestThing, ITestThingRaw, ITestListener>
   LONG Twice(LONG value) override { return value * 2; }
   STDMETHODIMP Heard() override { return S_OK; }
 
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-    return E_NOTIMPL;
-  }
-
  private:
   static void Raise(LONG how) {
     switch (how) {

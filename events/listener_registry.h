@@ -1,0 +1,97 @@
+// One registry per listener kind on every raising object: counted references
+// in order of addition, no duplicate or null checks, removal by pointer or COM
+// identity, and the "Before" (may veto) and "After" notification loops.
+#pragma once
+
+#include <vector>
+
+#include "core/bv_exception.h"
+#include "core/com_ptr.h"
+
+namespace brevo {
+
+template <class Listener>
+class ListenerRegistry {
+ public:
+  template <class Event>
+  using Method = HRESULT (STDMETHODCALLTYPE Listener::*)(Event*);
+
+  // message: what a failed removal reports, fixed per registry.
+  explicit ListenerRegistry(const OLECHAR* removalMessage) noexcept : removalMessage_(removalMessage) {}
+
+  bool empty() const noexcept { return listeners_.empty(); }
+  std::size_t size() const noexcept { return listeners_.size(); }
+
+  void Add(Listener* listener) { listeners_.emplace_back(listener); }
+
+  // Erases the first entry that is listener itself or the same COM object.
+  void Remove(Listener* listener) {
+    try {
+      for (auto it = listeners_.begin(); it != listeners_.end(); ++it) {
+        if (Matches(it->get(), listener)) {
+          const com_ptr<Listener> removed = std::move(*it);  // released after the erase
+          listeners_.erase(it);
+          return;
+        }
+      }
+    } catch (...) {
+    }
+    throw EBvException(removalMessage_);
+  }
+
+  // Calls method on each listener in order, re-reading the length every step so
+  // that a listener added during the pass is called too; ends after the first
+  // listener after which the event reports stopped. Returns false on a veto.
+  // The event (anything with get() giving it, such as a LazyEvent) is only
+  // asked for when there is a listener.
+  template <class Event, class EventSource>
+  bool NotifyBefore(Method<Event> method, EventSource&& source) {
+    for (std::size_t i = 0; i < listeners_.size(); ++i) {
+      Event* event = Resolve(source);
+      CallOne(i, method, event);
+      VARIANT_BOOL stopped = 0;
+      ThrowIfFailed(event->IsStopped(&stopped));
+      if (stopped != 0) return false;
+    }
+    return true;
+  }
+
+  // Calls method on every listener in order; an error ends the loop.
+  template <class Event, class EventSource>
+  void NotifyAfter(Method<Event> method, EventSource&& source) {
+    for (std::size_t i = 0; i < listeners_.size(); ++i) CallOne<Event>(i, method, Resolve(source));
+  }
+
+ private:
+  template <class T>
+  static T* Resolve(T* event) noexcept {
+    return event;
+  }
+  template <class Source>
+  static auto Resolve(Source& source) {
+    return source.get();
+  }
+
+  static bool Matches(Listener* entry, Listener* listener) {
+    if (entry == listener) return true;
+    if (entry == nullptr || listener == nullptr) return false;
+    com_ptr<IUnknown> a;
+    com_ptr<IUnknown> b;
+    ThrowIfFailed(entry->QueryInterface(iid_of<IUnknown>(), a.put_void()));
+    ThrowIfFailed(listener->QueryInterface(iid_of<IUnknown>(), b.put_void()));
+    return a == b;
+  }
+
+  template <class Event>
+  void CallOne(std::size_t i, Method<Event> method, Event* event) {
+    const com_ptr<Listener> listener = listeners_[i];  // may remove itself meanwhile
+    if (!listener) _com_issue_error(E_POINTER);
+    const HRESULT hr = (listener.get()->*method)(event);
+    if (FAILED(hr)) _com_issue_errorex(hr, listener.get(), iid_of<Listener>());
+  }
+
+  std::vector<com_ptr<Listener>> listeners_;
+  const OLECHAR* removalMessage_;
+};
+
+}  // namespace brevo
