@@ -1,7 +1,9 @@
 # The library's sources; the platform layer is the only part chosen per build.
 set(BREVO_SOURCES
   platform/invalid_parameter.cpp
+  columns/abstract_mutable_columns.cpp
   columns/column.cpp
+  columns/columns_view.cpp
   columns/column_compare.cpp
   columns/mutable_column_impl.cpp
   core/bstr_t.cpp

@@ -13,8 +13,13 @@ class ColumnImpl {
  public:
   virtual ~ColumnImpl() = default;
 
-  // Called once by the parent; the view takes no reference on it.
+  // Called once by the parent; the view takes no reference on it, and the
+  // parent tells the view when it goes.
   void Create(IMutableColumn* parent);
+  void ParentGone() noexcept {
+    parent_.reset();
+    parentColumn_.reset();
+  }
   LONG CompareTo(IColumnRaw* other) { return CompareColumns(*Parent(), *other); }
   _bstr_t DisplayName() { return Parent()->DisplayName(); }
   _bstr_t ColumnName() { return Parent()->ColumnName(); }

@@ -10,6 +10,8 @@ namespace brevo {
 class MutableColumn : public implements<MutableColumn, IMutableColumn, IMutableColumnRaw, IColumnRaw>,
                       public MutableColumnImpl {
  public:
+  void FinalRelease() { Detach(); }
+
   static constexpr CLSID kClassId = {0xEC63C7D8, 0x19BA, 0x46D1, 0xB1, 0x4C, 0xBC, 0x1B, 0xA2, 0x8B, 0xBA, 0xD2};
 
   // IMutableColumn

@@ -42,6 +42,10 @@ com_ptr<IColumn> MutableColumnImpl::Column() {
   return view_;
 }
 
+void MutableColumnImpl::Detach() noexcept {
+  if (view_) static_cast<brevo::Column*>(view_.get())->ParentGone();
+}
+
 com_ptr<IMutableColumn> MutableColumnImpl::Clone() {
   auto clone = make_object<MutableColumn>();
   clone->MutableColumnImpl::Create(columnName_, type_);

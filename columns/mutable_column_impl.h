@@ -28,6 +28,9 @@ class MutableColumnImpl {
   void RemovePropertyChangeListener(IPropertyChangeListener* listener) { listeners_.Remove(listener); }
 
  protected:
+  // Runs on the last release: a view that outlives its column must know.
+  void Detach() noexcept;
+
   // The COM object this implementation belongs to: the events' source and the
   // view's parent.
   virtual IMutableColumn* Self() noexcept = 0;
