@@ -1,10 +1,9 @@
 # The library's sources; the platform layer is the only part chosen per build.
 set(BREVO_SOURCES
-  platform/invalid_parameter.cpp
   columns/abstract_mutable_columns.cpp
   columns/column.cpp
-  columns/columns_view.cpp
   columns/column_compare.cpp
+  columns/columns_view.cpp
   columns/mutable_column_impl.cpp
   core/bstr_t.cpp
   core/cell_conversions.cpp
@@ -13,8 +12,12 @@ set(BREVO_SOURCES
   core/error_reporting.cpp
   core/module_lock.cpp
   core/number_text.cpp
+  events/summaries.cpp
+  platform/invalid_parameter.cpp
   records/abstract_mutable_record.cpp
   records/abstract_record_read_only.cpp
+  records/mutable_record_impl.cpp
+  records/record.cpp
 )
 
 if(WIN32)

@@ -47,16 +47,16 @@ class Column : public implements<Column, IColumn, IColumnRaw, IPropertyChangeLis
 
   // IColumn
   STDMETHODIMP CompareTo(IDispatch* Other, LONG* retVal) override {
-    return Call<IColumn>([&] { Out(retVal) = ColumnImpl::CompareTo(RawColumnOf(Other).get()); });
+    return Call<IColumn>(retVal, [&] { *retVal = ColumnImpl::CompareTo(RawColumnOf(Other).get()); });
   }
   STDMETHODIMP get_DisplayName(BSTR* RetVal) override {
-    return Call<IColumn>([&] { Out(RetVal) = ColumnImpl::DisplayName().copy(); });
+    return Call<IColumn>(RetVal, [&] { *RetVal = ColumnImpl::DisplayName().copy(); });
   }
   STDMETHODIMP get_ColumnName(BSTR* RetVal) override {
-    return Call<IColumn>([&] { Out(RetVal) = ColumnImpl::ColumnName().copy(); });
+    return Call<IColumn>(RetVal, [&] { *RetVal = ColumnImpl::ColumnName().copy(); });
   }
   STDMETHODIMP get_ColumnType(ULONG* RetVal) override {
-    return Call<IColumn>([&] { Out(RetVal) = ColumnImpl::ColumnType(); });
+    return Call<IColumn>(RetVal, [&] { *RetVal = ColumnImpl::ColumnType(); });
   }
   STDMETHODIMP AddPropertyChangeListener(IPropertyChangeListener* pVal) override {
     return Call<IColumn>([&] { ColumnImpl::AddPropertyChangeListener(pVal); });

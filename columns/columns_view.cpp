@@ -45,7 +45,7 @@ com_ptr<IColumn> ColumnsImpl::Column(ULONG index) {
 }
 
 STDMETHODIMP Columns::CompareTo(IDispatch* Other, LONG* retVal) {
-  return Call<IColumns>([&] { Out(retVal) = ColumnsImpl::CompareTo(RawColumnsOf(Other).get()); });
+  return Call<IColumns>(retVal, [&] { *retVal = ColumnsImpl::CompareTo(RawColumnsOf(Other).get()); });
 }
 
 com_ptr<IMutableColumnsRaw> RawColumnsOf(IDispatch* columns) {

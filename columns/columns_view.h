@@ -39,13 +39,13 @@ class Columns : public implements<Columns, IColumns, IColumnsRaw, IMutableColumn
   // IColumns
   STDMETHODIMP CompareTo(IDispatch* Other, LONG* retVal) override;
   STDMETHODIMP IndexOf(BSTR name, LONG* RetVal) override {
-    return Call<IColumns>([&] { Out(RetVal) = ColumnsImpl::IndexOf(_bstr_t(name, true)); });
+    return Call<IColumns>(RetVal, [&] { *RetVal = ColumnsImpl::IndexOf(_bstr_t(name, true)); });
   }
   STDMETHODIMP get_Column(ULONG index, IColumn** RetVal) override {
-    return Call<IColumns>([&] { Out(RetVal) = ColumnsImpl::Column(index).detach(); });
+    return Call<IColumns>(RetVal, [&] { *RetVal = ColumnsImpl::Column(index).detach(); });
   }
   STDMETHODIMP get_Size(LONG* RetVal) override {
-    return Call<IColumns>([&] { Out(RetVal) = static_cast<LONG>(ColumnsImpl::Size()); });
+    return Call<IColumns>(RetVal, [&] { *RetVal = static_cast<LONG>(ColumnsImpl::Size()); });
   }
   STDMETHODIMP EnableColumnsEvents(VARIANT_BOOL flag) override {
     return Call<IColumns>([&] { ColumnsImpl::EnableColumnsEvents(flag); });

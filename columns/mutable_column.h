@@ -19,25 +19,25 @@ class MutableColumn : public implements<MutableColumn, IMutableColumn, IMutableC
     return Call<IMutableColumn>([&] { MutableColumnImpl::Create(_bstr_t(name, true), type); });
   }
   STDMETHODIMP CompareTo(IDispatch* Other, LONG* retVal) override {
-    return Call<IMutableColumn>([&] { Out(retVal) = MutableColumnImpl::CompareTo(RawColumnOf(Other).get()); });
+    return Call<IMutableColumn>(retVal, [&] { *retVal = MutableColumnImpl::CompareTo(RawColumnOf(Other).get()); });
   }
   STDMETHODIMP get_DisplayName(BSTR* RetVal) override {
-    return Call<IMutableColumn>([&] { Out(RetVal) = MutableColumnImpl::DisplayName().copy(); });
+    return Call<IMutableColumn>(RetVal, [&] { *RetVal = MutableColumnImpl::DisplayName().copy(); });
   }
   STDMETHODIMP put_DisplayName(BSTR newVal) override {
     return Call<IMutableColumn>([&] { MutableColumnImpl::SetDisplayName(_bstr_t(newVal, true)); });
   }
   STDMETHODIMP get_Column(IColumn** RetVal) override {
-    return Call<IMutableColumn>([&] { Out(RetVal) = MutableColumnImpl::Column().detach(); });
+    return Call<IMutableColumn>(RetVal, [&] { *RetVal = MutableColumnImpl::Column().detach(); });
   }
   STDMETHODIMP get_ColumnName(BSTR* RetVal) override {
-    return Call<IMutableColumn>([&] { Out(RetVal) = MutableColumnImpl::ColumnName().copy(); });
+    return Call<IMutableColumn>(RetVal, [&] { *RetVal = MutableColumnImpl::ColumnName().copy(); });
   }
   STDMETHODIMP put_ColumnName(BSTR newVal) override {
     return Call<IMutableColumn>([&] { MutableColumnImpl::SetColumnName(_bstr_t(newVal, true)); });
   }
   STDMETHODIMP get_ColumnType(ULONG* RetVal) override {
-    return Call<IMutableColumn>([&] { Out(RetVal) = MutableColumnImpl::ColumnType(); });
+    return Call<IMutableColumn>(RetVal, [&] { *RetVal = MutableColumnImpl::ColumnType(); });
   }
   STDMETHODIMP AddPropertyChangeListener(IPropertyChangeListener* pVal) override {
     return Call<IMutableColumn>([&] { MutableColumnImpl::AddPropertyChangeListener(pVal); });

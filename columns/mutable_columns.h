@@ -25,26 +25,26 @@ class MutableColumns : public implements<MutableColumns, IMutableColumns, IMutab
     return Call<IMutableColumns>([&] { MutableColumnsImpl::Clear(); });
   }
   STDMETHODIMP CompareTo(IDispatch* Other, LONG* retVal) override {
-    return Call<IMutableColumns>([&] { Out(retVal) = MutableColumnsImpl::CompareTo(RawColumnsOf(Other).get()); });
+    return Call<IMutableColumns>(retVal, [&] { *retVal = MutableColumnsImpl::CompareTo(RawColumnsOf(Other).get()); });
   }
   STDMETHODIMP AddColumn(BSTR name, ULONG type, IMutableColumn** RetVal) override {
     return Call<IMutableColumns>(
-        [&] { Out(RetVal) = MutableColumnsImpl::AddColumn(_bstr_t(name, true), type).detach(); });
+        RetVal, [&] { *RetVal = MutableColumnsImpl::AddColumn(_bstr_t(name, true), type).detach(); });
   }
   STDMETHODIMP RemoveColumn(ULONG index) override {
     return Call<IMutableColumns>([&] { MutableColumnsImpl::RemoveColumn(index); });
   }
   STDMETHODIMP IndexOf(BSTR name, LONG* RetVal) override {
-    return Call<IMutableColumns>([&] { Out(RetVal) = MutableColumnsImpl::IndexOf(_bstr_t(name, true)); });
+    return Call<IMutableColumns>(RetVal, [&] { *RetVal = MutableColumnsImpl::IndexOf(_bstr_t(name, true)); });
   }
   STDMETHODIMP get_MutableColumn(ULONG index, IMutableColumn** RetVal) override {
-    return Call<IMutableColumns>([&] { Out(RetVal) = MutableColumnsImpl::MutableColumn(index).detach(); });
+    return Call<IMutableColumns>(RetVal, [&] { *RetVal = MutableColumnsImpl::MutableColumn(index).detach(); });
   }
   STDMETHODIMP get_Columns(IColumns** RetVal) override {
-    return Call<IMutableColumns>([&] { Out(RetVal) = MutableColumnsImpl::Columns().detach(); });
+    return Call<IMutableColumns>(RetVal, [&] { *RetVal = MutableColumnsImpl::Columns().detach(); });
   }
   STDMETHODIMP get_Size(LONG* RetVal) override {
-    return Call<IMutableColumns>([&] { Out(RetVal) = static_cast<LONG>(MutableColumnsImpl::Size()); });
+    return Call<IMutableColumns>(RetVal, [&] { *RetVal = static_cast<LONG>(MutableColumnsImpl::Size()); });
   }
   STDMETHODIMP EnableMutableColumnsEvents(VARIANT_BOOL flag) override {
     return Call<IMutableColumns>([&] { MutableColumnsImpl::EnableMutableColumnsEvents(flag); });

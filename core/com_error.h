@@ -39,13 +39,3 @@ inline void ThrowIfFailed(HRESULT hr) {
 
 }  // namespace brevo
 
-namespace brevo {
-
-// An out-parameter the caller must supply: null is E_POINTER.
-template <class T>
-T& Out(T* slot) {
-  if (slot == nullptr) _com_issue_error(E_POINTER);
-  return *slot;
-}
-
-}  // namespace brevo

@@ -70,6 +70,15 @@ class object_root : public First, public Rest..., public ISupportErrorInfo {
   HRESULT Call(Body&& body) noexcept {
     return GuardedCall(Derived::kClassId, iid_of<I>(), std::forward<Body>(body));
   }
+  // The same for a method with an out-parameter, which must be given: it is
+  // checked before body makes anything that could be lost.
+  template <class I, class T, class Body>
+  HRESULT Call(T* out, Body&& body) noexcept {
+    return Call<I>([&] {
+      if (out == nullptr) _com_issue_error(E_POINTER);
+      body();
+    });
+  }
 
  private:
   template <class I>

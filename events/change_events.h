@@ -15,10 +15,10 @@ class StoppableEvent : public implements<Derived, Interface>, public Impl {
     return this->template Call<Interface>([&] { Impl::Stop(); });
   }
   STDMETHODIMP IsStopped(VARIANT_BOOL* RetVal) override {
-    return this->template Call<Interface>([&] { Out(RetVal) = Impl::IsStopped(); });
+    return this->template Call<Interface>(RetVal, [&] { *RetVal = Impl::IsStopped(); });
   }
   STDMETHODIMP GetSource(IDispatch** RetVal) override {
-    return this->template Call<Interface>([&] { Out(RetVal) = Impl::GetSource().detach(); });
+    return this->template Call<Interface>(RetVal, [&] { *RetVal = Impl::GetSource().detach(); });
   }
 };
 
@@ -30,7 +30,7 @@ class RecordChangeEvent : public StoppableEvent<RecordChangeEvent, IRecordChange
     return Call<IRecordChangeEvent>([&] { RecordChangeEventImpl::Initialize(pSource, index); });
   }
   STDMETHODIMP GetIndex(LONG* RetVal) override {
-    return Call<IRecordChangeEvent>([&] { Out(RetVal) = RecordChangeEventImpl::GetIndex(); });
+    return Call<IRecordChangeEvent>(RetVal, [&] { *RetVal = RecordChangeEventImpl::GetIndex(); });
   }
 };
 
@@ -43,7 +43,7 @@ class ColumnsChangeEvent
     return Call<IColumnsChangeEvent>([&] { ColumnsChangeEventImpl::Initialize(pSource, pColumnChanged); });
   }
   STDMETHODIMP GetColumnChanged(IDispatch** RetVal) override {
-    return Call<IColumnsChangeEvent>([&] { Out(RetVal) = ColumnsChangeEventImpl::GetColumnChanged().detach(); });
+    return Call<IColumnsChangeEvent>(RetVal, [&] { *RetVal = ColumnsChangeEventImpl::GetColumnChanged().detach(); });
   }
 };
 
@@ -57,7 +57,7 @@ class RecordListChangeEvent
   }
   STDMETHODIMP GetRecordChanged(IDispatch** RetVal) override {
     return Call<IRecordListChangeEvent>(
-        [&] { Out(RetVal) = RecordListChangeEventImpl::GetRecordChanged().detach(); });
+        RetVal, [&] { *RetVal = RecordListChangeEventImpl::GetRecordChanged().detach(); });
   }
 };
 
@@ -73,10 +73,10 @@ class RecordListValueChangeEvent
   }
   STDMETHODIMP GetRecordChanged(IDispatch** RetVal) override {
     return Call<IRecordListValueChangeEvent>(
-        [&] { Out(RetVal) = RecordListValueChangeEventImpl::GetRecordChanged().detach(); });
+        RetVal, [&] { *RetVal = RecordListValueChangeEventImpl::GetRecordChanged().detach(); });
   }
   STDMETHODIMP GetIndex(LONG* RetVal) override {
-    return Call<IRecordListValueChangeEvent>([&] { Out(RetVal) = RecordListValueChangeEventImpl::GetIndex(); });
+    return Call<IRecordListValueChangeEvent>(RetVal, [&] { *RetVal = RecordListValueChangeEventImpl::GetIndex(); });
   }
 };
 
@@ -92,22 +92,22 @@ class PropertyChangeEvent : public implements<PropertyChangeEvent, IPropertyChan
     });
   }
   STDMETHODIMP GetPropertyName(BSTR* RetVal) override {
-    return Call<IPropertyChangeEvent>([&] { Out(RetVal) = PropertyChangeEventImpl::GetPropertyName().copy(); });
+    return Call<IPropertyChangeEvent>(RetVal, [&] { *RetVal = PropertyChangeEventImpl::GetPropertyName().copy(); });
   }
   STDMETHODIMP GetNewValue(BSTR* RetVal) override {
-    return Call<IPropertyChangeEvent>([&] { Out(RetVal) = PropertyChangeEventImpl::GetNewValue().copy(); });
+    return Call<IPropertyChangeEvent>(RetVal, [&] { *RetVal = PropertyChangeEventImpl::GetNewValue().copy(); });
   }
   STDMETHODIMP GetOldValue(BSTR* RetVal) override {
-    return Call<IPropertyChangeEvent>([&] { Out(RetVal) = PropertyChangeEventImpl::GetOldValue().copy(); });
+    return Call<IPropertyChangeEvent>(RetVal, [&] { *RetVal = PropertyChangeEventImpl::GetOldValue().copy(); });
   }
   STDMETHODIMP GetPropagationId(IUnknown** RetVal) override {
-    return Call<IPropertyChangeEvent>([&] { Out(RetVal) = PropertyChangeEventImpl::GetPropagationId().detach(); });
+    return Call<IPropertyChangeEvent>(RetVal, [&] { *RetVal = PropertyChangeEventImpl::GetPropagationId().detach(); });
   }
   STDMETHODIMP SetPropagationId(IUnknown* id) override {
     return Call<IPropertyChangeEvent>([&] { PropertyChangeEventImpl::SetPropagationId(id); });
   }
   STDMETHODIMP GetSource(IDispatch** RetVal) override {
-    return Call<IPropertyChangeEvent>([&] { Out(RetVal) = PropertyChangeEventImpl::GetSource().detach(); });
+    return Call<IPropertyChangeEvent>(RetVal, [&] { *RetVal = PropertyChangeEventImpl::GetSource().detach(); });
   }
 };
 

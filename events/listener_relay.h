@@ -1,7 +1,7 @@
-// A listener that passes notifications on to a target without keeping it
-// alive. An object that must hear the objects it owns registers a relay
-// rather than itself, so that owner and owned never hold each other; the owner
-// detaches the relay before it goes.
+// Listeners that pass notifications on to a target without keeping it alive.
+// An object that must hear the objects it owns registers a relay rather than
+// itself, so that owner and owned never hold each other; the owner detaches
+// the relay before it goes, and a detached relay ignores what it hears.
 #pragma once
 
 #include "core/implements.h"
@@ -9,19 +9,43 @@
 
 namespace brevo {
 
-class PropertyChangeRelay : public implements<PropertyChangeRelay, IPropertyChangeListener> {
+template <class Derived, class Listener>
+class ListenerRelay : public implements<Derived, Listener> {
  public:
-  static constexpr CLSID kClassId = {0x0CFFB4BB, 0xED0B, 0x4F8B, 0x9A, 0x4F, 0x24, 0xD4, 0x5C, 0xE8, 0xDE, 0x3C};
-
-  explicit PropertyChangeRelay(IPropertyChangeListener* target) noexcept : target_(target) {}
+  explicit ListenerRelay(Listener* target) noexcept : target_(target) {}
   void Detach() noexcept { target_ = nullptr; }
 
-  STDMETHODIMP PropertyChange(IPropertyChangeEvent* pEvent) override {
-    return target_ != nullptr ? target_->PropertyChange(pEvent) : S_OK;
+ protected:
+  template <class Event>
+  HRESULT Forward(HRESULT (STDMETHODCALLTYPE Listener::*method)(Event*), Event* event) {
+    return target_ != nullptr ? (target_->*method)(event) : S_OK;
   }
 
  private:
-  IPropertyChangeListener* target_;
+  Listener* target_;
+};
+
+class PropertyChangeRelay : public ListenerRelay<PropertyChangeRelay, IPropertyChangeListener> {
+ public:
+  static constexpr CLSID kClassId = {0x0CFFB4BB, 0xED0B, 0x4F8B, 0x9A, 0x4F, 0x24, 0xD4, 0x5C, 0xE8, 0xDE, 0x3C};
+  using ListenerRelay::ListenerRelay;
+
+  STDMETHODIMP PropertyChange(IPropertyChangeEvent* e) override {
+    return Forward(&IPropertyChangeListener::PropertyChange, e);
+  }
+};
+
+class RecordChangeRelay : public ListenerRelay<RecordChangeRelay, IRecordChangeListener> {
+ public:
+  static constexpr CLSID kClassId = {0x7E3DDE40, 0x54EA, 0x4F37, 0xB3, 0xC1, 0x32, 0x46, 0x4A, 0x21, 0xB9, 0xC9};
+  using ListenerRelay::ListenerRelay;
+
+  STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override {
+    return Forward(&IRecordChangeListener::ValueBeforeChange, e);
+  }
+  STDMETHODIMP ValueAfterChange(IRecordChangeEvent* e) override {
+    return Forward(&IRecordChangeListener::ValueAfterChange, e);
+  }
 };
 
 }  // namespace brevo

@@ -79,7 +79,14 @@ class ErrorInfo final : public IErrorInfo, public ICreateErrorInfo {
   DWORD helpContext_ = 0;
 };
 
-thread_local IErrorInfo* t_errorInfo = nullptr;
+// The slot lets go of its error when the thread ends, as the system's does.
+struct ErrorSlot {
+  IErrorInfo* info = nullptr;
+  ~ErrorSlot() {
+    if (info != nullptr) info->Release();
+  }
+};
+thread_local ErrorSlot t_errorSlot;
 
 }  // namespace
 
@@ -94,8 +101,8 @@ HRESULT CreateErrorInfo(ICreateErrorInfo** pperrinfo) {
 
 HRESULT SetErrorInfo(ULONG, IErrorInfo* perrinfo) {
   if (perrinfo != nullptr) perrinfo->AddRef();
-  IErrorInfo* previous = t_errorInfo;
-  t_errorInfo = perrinfo;
+  IErrorInfo* previous = t_errorSlot.info;
+  t_errorSlot.info = perrinfo;
   if (previous != nullptr) previous->Release();
   return S_OK;
 }
@@ -103,8 +110,8 @@ HRESULT SetErrorInfo(ULONG, IErrorInfo* perrinfo) {
 // Hands the slot's reference to the caller and empties the slot.
 HRESULT GetErrorInfo(ULONG, IErrorInfo** pperrinfo) {
   if (pperrinfo == nullptr) return E_INVALIDARG;
-  *pperrinfo = t_errorInfo;
-  t_errorInfo = nullptr;
+  *pperrinfo = t_errorSlot.info;
+  t_errorSlot.info = nullptr;
   return *pperrinfo != nullptr ? S_OK : S_FALSE;
 }
 

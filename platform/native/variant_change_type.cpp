@@ -226,12 +226,40 @@ HRESULT ToObject(const VARIANT& source, VARTYPE vt, IUnknown*& out) {
   return hr == E_NOINTERFACE ? DISP_E_TYPEMISMATCH : hr;
 }
 
+// Between the signed and unsigned kind of one width the runtime keeps the bits
+// and checks no range (INT and UINT count as I4 and UI4).
+bool IsSignChange(VARTYPE from, VARTYPE to) {
+  constexpr VARTYPE kPairs[][2] = {{VT_I1, VT_UI1}, {VT_I2, VT_UI2}, {VT_I4, VT_UI4}, {VT_I8, VT_UI8}};
+  const auto canonical = [](VARTYPE vt) -> VARTYPE {
+    if (vt == VT_INT) return VT_I4;
+    return vt == VT_UINT ? VARTYPE{VT_UI4} : vt;
+  };
+  from = canonical(from);
+  to = canonical(to);
+  for (const auto& pair : kPairs) {
+    if ((from == pair[0] && to == pair[1]) || (from == pair[1] && to == pair[0])) return true;
+  }
+  return false;
+}
+
 // Converts a by-value source into result, which starts empty.
 HRESULT Convert(const VARIANT& source, USHORT flags, VARTYPE vt, VARIANT& result) {
   if (source.vt == vt) return VariantCopy(&result, const_cast<VARIANT*>(&source));
-  if (vt == VT_EMPTY) return S_OK;
+  // Every plain kind but an error code can be emptied or made null; a null
+  // value cannot be emptied.
+  if (vt == VT_EMPTY || vt == VT_NULL) {
+    if (source.vt == VT_ERROR || source.vt > VT_UINT || (vt == VT_EMPTY && source.vt == VT_NULL)) {
+      return DISP_E_TYPEMISMATCH;
+    }
+    result.vt = vt;
+    return S_OK;
+  }
+  if (IsSignChange(source.vt, vt)) {
+    result = source;
+    result.vt = vt;
+    return S_OK;
+  }
   if (source.vt == VT_NULL) return DISP_E_TYPEMISMATCH;
-  if (vt == VT_NULL) return source.vt == VT_EMPTY ? (result.vt = VT_NULL, S_OK) : DISP_E_TYPEMISMATCH;
   if (vt == VT_BSTR) {
     BSTR text = nullptr;
     const HRESULT hr = ToText(source, flags, text);

@@ -1,0 +1,147 @@
+#include "records/mutable_record_impl.h"
+
+#include "columns/mutable_columns.h"
+#include "core/cell_value.h"
+#include "core/checked_access.h"
+#include "core/messages.h"
+#include "events/change_events.h"
+#include "events/lazy_event.h"
+#include "events/summaries.h"
+#include "records/record.h"
+
+namespace brevo {
+
+void MutableRecordImpl::Create(IMutableColumns* columns) {
+  columns_ = columns != nullptr ? com_ptr<IMutableColumns>(columns)
+                                : com_ptr<IMutableColumns>(make_object<MutableColumns>().get());
+  columnsRaw_ = columns_.query<IMutableColumnsRaw>().get();
+  indexMap_ = columns_.query<IMutableColumnsManager>().get();
+  events_ = EventsSwitch<1>();
+}
+
+void MutableRecordImpl::Detach() noexcept {
+  try {
+    Clear();
+  } catch (...) {
+  }
+  if (view_) static_cast<brevo::Record*>(view_.get())->ParentGone();
+}
+
+LONG MutableRecordImpl::StoragePosition(ULONG index) {
+  if (indexMap_ == nullptr) _com_issue_error(E_POINTER);
+  return indexMap_->GetTrueIndexOfColumn(index);
+}
+
+// Element 0, when it stands for the record itself, reads as a counted reference.
+unique_variant MutableRecordImpl::ElementAt(std::size_t element) {
+  const unique_variant& stored = CheckedAt(values_, element);
+  if (element == 0 && selfInElementZero_) {
+    unique_variant self;
+    self->vt = VT_UNKNOWN;
+    self->punkVal = Self();
+    self->punkVal->AddRef();
+    return self;
+  }
+  return stored;
+}
+
+unique_variant MutableRecordImpl::GetValue(ULONG index) {
+  LONG position = 0;
+  try {
+    position = StoragePosition(index);
+  } catch (...) {
+    throw EBvException(MessageWithIndex("Cannot acsses the spasfic value in position : ", index));
+  }
+  const std::size_t element = static_cast<std::size_t>(position) + 1;  // -1 reads element 0
+  CheckedAt(values_, element);
+  try {
+    return ElementAt(element);
+  } catch (...) {
+    throw EBvException(MessageWithIndex("Cannot acsses the spasfic value in position : ", index));
+  }
+}
+
+void MutableRecordImpl::SetValue(ULONG index, const VARIANT& newVal) {
+  const LONG position = StoragePosition(index);
+  const ULONG type = columnsRaw_->ColumnTypeAt(static_cast<ULONG>(position));
+  if (!FitsColumnType(newVal, type)) {
+    throw EBvException(OLESTR("New value class type doesn't match the column type."));
+  }
+  const unique_variant current = GetValue(index);
+  if (CellValuesEqual(newVal, &current.get())) return;
+
+  auto event = MakeLazyEvent<RecordChangeEvent>(
+      [&](RecordChangeEvent& e) { e.RecordChangeEventImpl::Initialize(Self(), position); });
+  if (events_.enabled() && !listeners_.NotifyBefore(&IRecordChangeListener::ValueBeforeChange, event)) {
+    throw EBvException(OLESTR("Failed to change value."));
+  }
+  // Greater is refused; equal reaches the array's own bounds check.
+  const std::size_t element = static_cast<std::size_t>(position) + 1;
+  if (element > values_.size()) throw EBvException(OLESTR("The index is bigger then the size of the array."));
+  CheckedAt(values_, element) = unique_variant(newVal);
+  if (element == 0) selfInElementZero_ = false;
+
+  if (events_.enabled()) {
+    listeners_.NotifyAfter(&IRecordChangeListener::ValueAfterChange, event);
+  } else {
+    events_.MarkPending(0);
+  }
+}
+
+unique_variant MutableRecordImpl::GetValueByName(const _bstr_t& name) {
+  const LONG index = columnsRaw_ != nullptr ? columnsRaw_->IndexOf(name) : -1;
+  return index >= 0 ? GetValue(static_cast<ULONG>(index)) : unique_variant();
+}
+
+void MutableRecordImpl::SetValueByName(const _bstr_t& name, const VARIANT& newVal) {
+  const LONG index = columnsRaw_ != nullptr ? columnsRaw_->IndexOf(name) : -1;
+  if (index < 0) throw EBvException(OLESTR("Column name doesn't found."));
+  SetValue(static_cast<ULONG>(index), newVal);
+}
+
+ULONG MutableRecordImpl::ColumnCount() {
+  if (columnsRaw_ == nullptr) _com_issue_error(E_POINTER);
+  return columnsRaw_->Size();
+}
+
+LONG MutableRecordImpl::CompareTo(IRecordRaw* other) {
+  if (other == nullptr) _com_issue_error(E_POINTER);
+  const ULONG own = ColumnCount();
+  const ULONG others = other->ColumnCount();
+  for (ULONG i = 0; i < own && i < others; ++i) {
+    const unique_variant mine = GetValue(i);
+    const unique_variant theirs = other->GetValue(i);
+    if (!CellValuesEqual(mine.get(), &theirs.get())) return mine.vt() == VT_EMPTY ? -1 : 1;
+  }
+  return others < own ? -1 : others == own ? 0 : 1;
+}
+
+void MutableRecordImpl::Clear() {
+  values_.clear();
+  selfInElementZero_ = false;
+  if (columnsRaw_ != nullptr) columnsRaw_->ClearColumns();
+}
+
+void MutableRecordImpl::AssignValues(std::vector<unique_variant>& values) {
+  const bool self = !values.empty() && values[0].vt() == VT_UNKNOWN &&
+                    values[0]->punkVal == static_cast<IUnknown*>(Self());
+  values_ = std::move(values);
+  values.clear();
+  if (self) values_[0].reset();
+  selfInElementZero_ = self;
+}
+
+com_ptr<IRecord> MutableRecordImpl::Record() {
+  if (!view_) {
+    auto view = make_object<brevo::Record>();
+    view->RecordImpl::Create(Self());
+    view_ = com_ptr<IRecord>(view.get());
+  }
+  return view_;
+}
+
+void MutableRecordImpl::EnableMutableRecordEvents(VARIANT_BOOL flag) {
+  SwitchRecordEvents(events_, flag, Self(), listeners_);
+}
+
+}  // namespace brevo

@@ -1,0 +1,82 @@
+// A listener for the events and columns tests: writes each call into a shared
+// transcript and can stop the event, fail (leaving error info), or run extra
+// work during the call.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "events/listener_interfaces.h"
+#include "support/test_support.h"
+
+namespace brevo::testing {
+
+using Transcript = std::vector<std::string>;
+
+class ScriptedListener
+    : public implements<ScriptedListener, IPropertyChangeListener, IColumnsChangeListener, IRecordChangeListener> {
+ public:
+  static constexpr CLSID kClassId = {0x1B7E40D2, 0x5C31, 0x4F0A, {0x8E, 0x6B, 0x27, 0x90, 0xC4, 0x1D, 0x3A, 0x55}};
+
+  ScriptedListener(Transcript& transcript, std::string name) : transcript_(transcript), name_(std::move(name)) {}
+
+  bool stop = false;
+  HRESULT result = S_OK;
+  const OLECHAR* errorText = nullptr;
+  bool supportsErrorInfo = false;  // listener interfaces are callbacks: no by default
+  std::function<void()> during;
+  IUnknown* lastSource = nullptr;  // identity only: a reference would keep the raiser alive
+
+  STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return supportsErrorInfo ? S_OK : S_FALSE; }
+
+  STDMETHODIMP PropertyChange(IPropertyChangeEvent* e) override {
+    BSTR name = nullptr, oldValue = nullptr, newValue = nullptr;
+    e->GetPropertyName(&name);
+    e->GetOldValue(&oldValue);
+    e->GetNewValue(&newValue);
+    const _bstr_t n(name, false), o(oldValue, false), v(newValue, false);
+    com_ptr<IDispatch> source;
+    e->GetSource(source.put());
+    lastSource = identity_of(source.get()).get();
+    return Heard("PropertyChange(" + Narrow(n) + ": " + Narrow(o) + " -> " + Narrow(v) + ")", e);
+  }
+  STDMETHODIMP ColumnBeforeAdd(IColumnsChangeEvent* e) override { return Heard("ColumnBeforeAdd", e); }
+  STDMETHODIMP ColumnAfterAdd(IColumnsChangeEvent* e) override { return Heard("ColumnAfterAdd", e); }
+  STDMETHODIMP ColumnBeforeRemove(IColumnsChangeEvent* e) override { return Heard("ColumnBeforeRemove", e); }
+  STDMETHODIMP ColumnAfterRemove(IColumnsChangeEvent* e) override { return Heard("ColumnAfterRemove", e); }
+  STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override { return Heard("ValueBeforeChange" + Index(e), e); }
+  STDMETHODIMP ValueAfterChange(IRecordChangeEvent* e) override { return Heard("ValueAfterChange" + Index(e), e); }
+
+ private:
+  static std::string Index(IRecordChangeEvent* e) {
+    LONG index = -1;
+    e->GetIndex(&index);
+    return "(" + std::to_string(index) + ")";
+  }
+
+  template <class Event>
+  HRESULT Heard(const std::string& what, Event* e) {
+    transcript_.push_back(name_ + "." + what);
+    if (during) during();
+    if constexpr (!std::is_same_v<Event, IPropertyChangeEvent>) {
+      if (stop) e->Stop();
+    }
+    if (FAILED(result) && errorText != nullptr) {
+      com_ptr<ICreateErrorInfo> create;
+      CreateErrorInfo(create.put());
+      create->SetDescription(const_cast<LPOLESTR>(errorText));
+      SetErrorInfo(0, create.query<IErrorInfo>().get());
+    }
+    return result;
+  }
+
+  Transcript& transcript_;
+  std::string name_;
+};
+
+inline com_ptr<CComObject<ScriptedListener>> MakeScripted(Transcript& transcript, std::string name) {
+  return make_object<ScriptedListener>(transcript, std::move(name));
+}
+
+}  // namespace brevo::testing
