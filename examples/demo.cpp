@@ -6,6 +6,7 @@
 #include <string>
 
 #include "columns/mutable_columns.h"
+#include "examples/table_demo.h"
 #include "core/bv_exception.h"
 #include "records/abstract_mutable_record.h"
 
@@ -91,6 +92,7 @@ void ShowSchemaEvents() {
 
 int main() {
   ShowSchemaEvents();
+  ShowTable();
   struct Sample {
     const char* label;
     std::function<void(OneCell&)> store;
