@@ -13,11 +13,28 @@ set(BREVO_SOURCES
   core/module_lock.cpp
   core/number_text.cpp
   events/summaries.cpp
+  factory/record_list_utils.cpp
+  factory/records_factory.cpp
+  grouping/group_iterator.cpp
+  grouping/group_key.cpp
+  grouping/group_mutable_columns.cpp
+  grouping/group_mutable_record_list.cpp
+  grouping/group_record.cpp
+  grouping/group_record_core.cpp
+  grouping/group_record_list.cpp
+  grouping/list_source.cpp
+  lists/abstract_mutable_record_list.cpp
+  lists/const_iterator.cpp
+  lists/mutable_iterator.cpp
+  lists/mutable_record_list.cpp
+  lists/record_list.cpp
+  lists/row_sort.cpp
   platform/invalid_parameter.cpp
   records/abstract_mutable_record.cpp
   records/abstract_record_read_only.cpp
   records/mutable_record_impl.cpp
   records/record.cpp
+  records/record_compare.cpp
 )
 
 if(WIN32)

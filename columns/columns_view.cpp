@@ -55,10 +55,4 @@ com_ptr<IMutableColumnsRaw> RawColumnsOf(IDispatch* columns) {
   return object.query<IColumnsRaw>()->GetMutableColumns().query<IMutableColumnsRaw>();
 }
 
-ULONG MutableColumns::ColumnTypeAt(ULONG index) {
-  ULONG type = 0;
-  ThrowIfFailed(MutableColumnsImpl::MutableColumn(index)->get_ColumnType(&type));
-  return type;
-}
-
 }  // namespace brevo

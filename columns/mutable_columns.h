@@ -10,81 +10,94 @@ namespace brevo {
 // its collection); a null one is E_POINTER.
 com_ptr<IMutableColumnsRaw> RawColumnsOf(IDispatch* columns);
 
-class MutableColumnsImpl : public AbstractMutableColumns {};
-
-class MutableColumns : public implements<MutableColumns, IMutableColumns, IMutableColumnsRaw, IMutableColumnsManager,
-                                         IPropertyChangeListener>,
-                       public MutableColumnsImpl {
+// The COM face of a column collection, plain or grouped: IMutableColumns, the
+// raw collection and the index map over an implementation derived from
+// AbstractMutableColumns.
+template <class Derived, class Impl, class... Others>
+class ColumnsFacade : public implements<Derived, IMutableColumns, IMutableColumnsRaw, IMutableColumnsManager, Others...>,
+                      public Impl {
  public:
-  static constexpr CLSID kClassId = {0xEFB8E885, 0x66C1, 0x49C5, 0x97, 0x3C, 0x77, 0x36, 0x91, 0x34, 0x7A, 0xB5};
-
-  void FinalRelease() { Detach(); }
+  void FinalRelease() { this->Detach(); }
 
   // IMutableColumns
   STDMETHODIMP Clear() override {
-    return Call<IMutableColumns>([&] { MutableColumnsImpl::Clear(); });
+    return this->template Call<IMutableColumns>([&] { Impl::Clear(); });
   }
   STDMETHODIMP CompareTo(IDispatch* Other, LONG* retVal) override {
-    return Call<IMutableColumns>(retVal, [&] { *retVal = MutableColumnsImpl::CompareTo(RawColumnsOf(Other).get()); });
+    return this->template Call<IMutableColumns>(retVal, [&] { *retVal = Impl::CompareTo(RawColumnsOf(Other).get()); });
   }
   STDMETHODIMP AddColumn(BSTR name, ULONG type, IMutableColumn** RetVal) override {
-    return Call<IMutableColumns>(
-        RetVal, [&] { *RetVal = MutableColumnsImpl::AddColumn(_bstr_t(name, true), type).detach(); });
+    return this->template Call<IMutableColumns>(
+        RetVal, [&] { *RetVal = Impl::AddColumn(_bstr_t(name, true), type).detach(); });
   }
   STDMETHODIMP RemoveColumn(ULONG index) override {
-    return Call<IMutableColumns>([&] { MutableColumnsImpl::RemoveColumn(index); });
+    return this->template Call<IMutableColumns>([&] { Impl::RemoveColumn(index); });
   }
   STDMETHODIMP IndexOf(BSTR name, LONG* RetVal) override {
-    return Call<IMutableColumns>(RetVal, [&] { *RetVal = MutableColumnsImpl::IndexOf(_bstr_t(name, true)); });
+    return this->template Call<IMutableColumns>(RetVal, [&] { *RetVal = Impl::IndexOf(_bstr_t(name, true)); });
   }
   STDMETHODIMP get_MutableColumn(ULONG index, IMutableColumn** RetVal) override {
-    return Call<IMutableColumns>(RetVal, [&] { *RetVal = MutableColumnsImpl::MutableColumn(index).detach(); });
+    return this->template Call<IMutableColumns>(RetVal, [&] { *RetVal = Impl::MutableColumn(index).detach(); });
   }
   STDMETHODIMP get_Columns(IColumns** RetVal) override {
-    return Call<IMutableColumns>(RetVal, [&] { *RetVal = MutableColumnsImpl::Columns().detach(); });
+    return this->template Call<IMutableColumns>(RetVal, [&] { *RetVal = Impl::Columns().detach(); });
   }
   STDMETHODIMP get_Size(LONG* RetVal) override {
-    return Call<IMutableColumns>(RetVal, [&] { *RetVal = static_cast<LONG>(MutableColumnsImpl::Size()); });
+    return this->template Call<IMutableColumns>(RetVal, [&] { *RetVal = static_cast<LONG>(Impl::Size()); });
   }
   STDMETHODIMP EnableMutableColumnsEvents(VARIANT_BOOL flag) override {
-    return Call<IMutableColumns>([&] { MutableColumnsImpl::EnableMutableColumnsEvents(flag); });
+    return this->template Call<IMutableColumns>([&] { Impl::EnableMutableColumnsEvents(flag); });
   }
   STDMETHODIMP AddColumnsChangeListener(IColumnsChangeListener* pVal) override {
-    return Call<IMutableColumns>([&] { MutableColumnsImpl::AddColumnsChangeListener(pVal); });
+    return this->template Call<IMutableColumns>([&] { Impl::AddColumnsChangeListener(pVal); });
   }
   STDMETHODIMP RemoveColumnsChangeListener(IColumnsChangeListener* pVal) override {
-    return Call<IMutableColumns>([&] { MutableColumnsImpl::RemoveColumnsChangeListener(pVal); });
+    return this->template Call<IMutableColumns>([&] { Impl::RemoveColumnsChangeListener(pVal); });
   }
   STDMETHODIMP AddPropertyChangeListener(IPropertyChangeListener* pVal) override {
-    return Call<IMutableColumns>([&] { MutableColumnsImpl::AddPropertyChangeListener(pVal); });
+    return this->template Call<IMutableColumns>([&] { Impl::AddPropertyChangeListener(pVal); });
   }
   STDMETHODIMP RemovePropertyChangeListener(IPropertyChangeListener* pVal) override {
-    return Call<IMutableColumns>([&] { MutableColumnsImpl::RemovePropertyChangeListener(pVal); });
+    return this->template Call<IMutableColumns>([&] { Impl::RemovePropertyChangeListener(pVal); });
   }
 
   // IMutableColumnsRaw
-  ULONG Size() override { return MutableColumnsImpl::Size(); }
-  LONG IndexOf(const _bstr_t& name) override { return MutableColumnsImpl::IndexOf(name); }
-  com_ptr<IMutableColumn> MutableColumnAt(ULONG index) override { return MutableColumnsImpl::MutableColumn(index); }
-  ULONG ColumnTypeAt(ULONG index) override;
-  com_ptr<IMutableColumn> AddColumn(const _bstr_t& name, ULONG type) override {
-    return MutableColumnsImpl::AddColumn(name, type);
+  ULONG Size() override { return Impl::Size(); }
+  LONG IndexOf(const _bstr_t& name) override { return Impl::IndexOf(name); }
+  com_ptr<IMutableColumn> MutableColumnAt(ULONG index) override { return Impl::MutableColumn(index); }
+  ULONG ColumnTypeAt(ULONG index) override {
+    ULONG type = 0;
+    ThrowIfFailed(Impl::MutableColumn(index)->get_ColumnType(&type));
+    return type;
   }
-  void RemoveColumnAt(ULONG index) override { MutableColumnsImpl::RemoveColumn(index); }
-  void ClearColumns() override { MutableColumnsImpl::Clear(); }
-  LONG CompareTo(IMutableColumnsRaw* other) override { return MutableColumnsImpl::CompareTo(other); }
-  com_ptr<IMutableColumns> Clone() override { return MutableColumnsImpl::Clone(); }
-  void EnableEvents(VARIANT_BOOL flag) override { MutableColumnsImpl::EnableMutableColumnsEvents(flag); }
+  com_ptr<IMutableColumn> AddColumn(const _bstr_t& name, ULONG type) override {
+    return Impl::AddColumn(name, type);
+  }
+  void RemoveColumnAt(ULONG index) override { Impl::RemoveColumn(index); }
+  void ClearColumns() override { Impl::Clear(); }
+  LONG CompareTo(IMutableColumnsRaw* other) override { return Impl::CompareTo(other); }
+  com_ptr<IMutableColumns> Clone() override { return Impl::Clone(); }
+  void EnableEvents(VARIANT_BOOL flag) override { Impl::EnableMutableColumnsEvents(flag); }
 
   // IMutableColumnsManager
-  ULONG GetIndexOfColumn(ULONG index) override { return MutableColumnsImpl::GetIndexOfColumn(index); }
-  LONG GetTrueIndexOfColumn(ULONG index) override { return MutableColumnsImpl::GetTrueIndexOfColumn(index); }
+  ULONG GetIndexOfColumn(ULONG index) override { return Impl::GetIndexOfColumn(index); }
+  LONG GetTrueIndexOfColumn(ULONG index) override { return Impl::GetTrueIndexOfColumn(index); }
   void SetTrueIndexOfColumn(ULONG index, ULONG value) override {
-    MutableColumnsImpl::SetTrueIndexOfColumn(index, value);
+    Impl::SetTrueIndexOfColumn(index, value);
   }
   LONG GetCloumnIndicesByGroup(const _bstr_t& group, ULONG index) override {
-    return MutableColumnsImpl::GetCloumnIndicesByGroup(group, index);
+    return Impl::GetCloumnIndicesByGroup(group, index);
   }
+
+ protected:
+  IMutableColumns* Self() noexcept override { return this; }
+};
+
+class MutableColumnsImpl : public AbstractMutableColumns {};
+
+class MutableColumns : public ColumnsFacade<MutableColumns, MutableColumnsImpl, IPropertyChangeListener> {
+ public:
+  static constexpr CLSID kClassId = {0xEFB8E885, 0x66C1, 0x49C5, 0x97, 0x3C, 0x77, 0x36, 0x91, 0x34, 0x7A, 0xB5};
 
   // IPropertyChangeListener: renames of the collection's own columns.
   STDMETHODIMP PropertyChange(IPropertyChangeEvent* pEvent) override {
@@ -92,7 +105,6 @@ class MutableColumns : public implements<MutableColumns, IMutableColumns, IMutab
   }
 
  protected:
-  IMutableColumns* Self() noexcept override { return this; }
   IPropertyChangeListener* SelfAsPropertyListener() noexcept override { return this; }
 };
 

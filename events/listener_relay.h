@@ -48,4 +48,23 @@ class RecordChangeRelay : public ListenerRelay<RecordChangeRelay, IRecordChangeL
   }
 };
 
+class ColumnsChangeRelay : public ListenerRelay<ColumnsChangeRelay, IColumnsChangeListener> {
+ public:
+  static constexpr CLSID kClassId = {0x9458A017, 0x00DE, 0x48B7, 0xAC, 0x0B, 0x49, 0x41, 0x17, 0x0A, 0x22, 0x00};
+  using ListenerRelay::ListenerRelay;
+
+  STDMETHODIMP ColumnBeforeAdd(IColumnsChangeEvent* e) override {
+    return Forward(&IColumnsChangeListener::ColumnBeforeAdd, e);
+  }
+  STDMETHODIMP ColumnAfterAdd(IColumnsChangeEvent* e) override {
+    return Forward(&IColumnsChangeListener::ColumnAfterAdd, e);
+  }
+  STDMETHODIMP ColumnBeforeRemove(IColumnsChangeEvent* e) override {
+    return Forward(&IColumnsChangeListener::ColumnBeforeRemove, e);
+  }
+  STDMETHODIMP ColumnAfterRemove(IColumnsChangeEvent* e) override {
+    return Forward(&IColumnsChangeListener::ColumnAfterRemove, e);
+  }
+};
+
 }  // namespace brevo

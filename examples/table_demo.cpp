@@ -4,6 +4,7 @@
 #include <string>
 
 #include "columns/mutable_columns.h"
+#include "factory/record_list_utils.h"
 #include "lists/mutable_record_list.h"
 
 namespace {
@@ -60,6 +61,59 @@ void PrintRows(const char* title, brevo::IRecordListIterator* rows, int limit) {
   std::printf("\n");
 }
 
+// The column groups of the table, and the rows seen through one of them.
+void ShowGroups(brevo::IMutableRecordList* list) {
+  const auto utils = brevo::make_object<brevo::RecordListUtils>();
+  ULONG groups = 0;
+  utils->GetMutableGroupCount(list, &groups);
+  std::printf("Column groups:");
+  for (ULONG i = 0; i < groups; ++i) {
+    BSTR name = nullptr;
+    utils->GetMutableGroupName(list, i, &name);
+    std::printf(" %s", static_cast<const char*>(_bstr_t(name, false)));
+  }
+  std::printf("\n");
+
+  // A view needs every column in its group: group the Stock columns of a
+  // table that holds only them.
+  const auto stockColumns = brevo::make_object<brevo::MutableColumns>();
+  com_ptr<brevo::IMutableColumn> column;
+  stockColumns->AddColumn(_bstr_t(OLESTR("Stock.Warehouse")).GetBSTR(), kText, column.put());
+  stockColumns->AddColumn(_bstr_t(OLESTR("Stock.Count")).GetBSTR(), kInteger, column.put());
+  const auto stock = brevo::make_object<brevo::MutableRecordList>();
+  stock->Create(stockColumns.get());
+  for (int i = 0; i < 3; ++i) {
+    com_ptr<brevo::IMutableRecord> record;
+    stock->AddRecord(record.put());
+    record->SetValueAsString(0, _bstr_t(i == 1 ? "south" : "north").GetBSTR());
+    record->SetValueAsInt32(1, 10 * (i + 1));
+  }
+  com_ptr<brevo::IMutableRecordList> grouped;
+  if (FAILED(utils->GetMutableRecordListByGroup(stock.get(), _bstr_t(OLESTR("Stock")).GetBSTR(), grouped.put()))) {
+    return;
+  }
+  std::printf("Grouped view of Stock:\n");
+  com_ptr<brevo::IRecordListIterator> rows;
+  grouped->GetIterator(VARIANT_TRUE, rows.put());
+  VARIANT_BOOL more = VARIANT_FALSE;
+  while (SUCCEEDED(rows->HasNext(&more)) && more) {
+    com_ptr<IDispatch> next;
+    rows->Next(next.put());
+    BSTR warehouse = nullptr;
+    LONG count = 0;
+    const auto record = next.query<brevo::IMutableRecord>();
+    record->GetValueAsString(0, &warehouse);
+    record->GetValueAsInt32(1, &count);
+    std::printf("  %-8s %4ld\n", static_cast<const char*>(_bstr_t(warehouse, false)), static_cast<long>(count));
+  }
+  std::printf("\n");
+  // The grouped list and its source hold each other until it leaves the
+  // source's registries.
+  stock->RemoveRecordListChangeListener(grouped.query<brevo::IRecordListChangeListener>().get());
+  stock->RemoveRecordListValueChangeListener(grouped.query<brevo::IRecordListValueChangeListener>().get());
+  stockColumns->RemoveColumnsChangeListener(grouped.query<brevo::IColumnsChangeListener>().get());
+}
+
 }  // namespace
 
 void ShowTable() {
@@ -68,6 +122,7 @@ void ShowTable() {
   columns->AddColumn(_bstr_t(OLESTR("Item.Name")).GetBSTR(), kText, column.put());
   columns->AddColumn(_bstr_t(OLESTR("Item.Quantity")).GetBSTR(), kInteger, column.put());
   columns->AddColumn(_bstr_t(OLESTR("Item.Price")).GetBSTR(), kReal, column.put());
+  columns->AddColumn(_bstr_t(OLESTR("Stock.Warehouse")).GetBSTR(), kText, column.put());
 
   const auto list = brevo::make_object<brevo::MutableRecordList>();
   list->Create(columns.get());
@@ -78,10 +133,11 @@ void ShowTable() {
     record->SetValueAsString(0, _bstr_t(("item-" + std::to_string(i)).c_str()).GetBSTR());
     record->SetValueAsInt32(1, (i * 37) % 1000);
     record->SetValueAsDouble(2, ((i * 7919) % 10007) / 100.0);
+    record->SetValueAsString(3, _bstr_t(i % 3 == 0 ? "north" : "south").GetBSTR());
   }
   ULONG size = 0;
   list->get_Size(&size);
-  std::printf("A table of %lu rows over 3 columns\n\n", static_cast<unsigned long>(size));
+  std::printf("A table of %lu rows over 4 columns\n\n", static_cast<unsigned long>(size));
 
   com_ptr<brevo::IRecordListIterator> rows;
   list->GetIterator(VARIANT_TRUE, rows.put());
@@ -94,4 +150,6 @@ void ShowTable() {
   const auto comparator = brevo::make_object<ByPrice>();
   list->GetSortedIterator(comparator.get(), VARIANT_TRUE, rows.put());
   PrintRows("Dearest first (first 5)", rows.get(), 5);
+
+  ShowGroups(list.get());
 }

@@ -8,6 +8,7 @@
 #include "events/lazy_event.h"
 #include "events/summaries.h"
 #include "records/record.h"
+#include "records/record_compare.h"
 
 namespace brevo {
 
@@ -106,14 +107,7 @@ ULONG MutableRecordImpl::ColumnCount() {
 
 LONG MutableRecordImpl::CompareTo(IRecordRaw* other) {
   if (other == nullptr) _com_issue_error(E_POINTER);
-  const ULONG own = ColumnCount();
-  const ULONG others = other->ColumnCount();
-  for (ULONG i = 0; i < own && i < others; ++i) {
-    const unique_variant mine = GetValue(i);
-    const unique_variant theirs = other->GetValue(i);
-    if (!CellValuesEqual(mine.get(), &theirs.get())) return mine.vt() == VT_EMPTY ? -1 : 1;
-  }
-  return others < own ? -1 : others == own ? 0 : 1;
+  return CompareRecords(*com_ptr<IMutableRecord>(Self()).query<IRecordRaw>(), *other);
 }
 
 void MutableRecordImpl::Clear() {

@@ -1,0 +1,94 @@
+#include "lists/record_list.h"
+
+#include "events/summaries.h"
+#include "lists/const_iterator.h"
+
+namespace brevo {
+
+void RecordListImpl::Create(IMutableRecordList* parent) {
+  parent_ = parent;
+  ThrowIfFailed(parent->AddRecordListChangeListener(com_ptr<IDispatch>(SelfAsSource()).query<IRecordListChangeListener>().get()));
+  ThrowIfFailed(
+      parent->AddRecordListValueChangeListener(com_ptr<IDispatch>(SelfAsSource()).query<IRecordListValueChangeListener>().get()));
+}
+
+void RecordListImpl::ParentGone() noexcept {
+  if (parent_ == nullptr) return;
+  IMutableRecordList* parent = std::exchange(parent_, nullptr);
+  const com_ptr<IDispatch> self(SelfAsSource());
+  parent->RemoveRecordListChangeListener(self.try_query<IRecordListChangeListener>().get());
+  parent->RemoveRecordListValueChangeListener(self.try_query<IRecordListValueChangeListener>().get());
+}
+
+IMutableRecordList* RecordListImpl::Parent() {
+  if (parent_ == nullptr) _com_issue_error(E_POINTER);
+  return parent_;
+}
+
+LONG RecordListImpl::CompareTo(IDispatch* other) {
+  const com_ptr<IDispatch> object(other);
+  if (!object) _com_issue_error(E_POINTER);
+  auto list = object.try_query<IMutableRecordList>();
+  if (!list) list = object.query<IRecordListRaw>()->GetMutableRecordList();
+  LONG result = 0;
+  const HRESULT hr = Parent()->CompareTo(list.get(), &result);
+  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecordList>());
+  return result;
+}
+
+com_ptr<IColumns> RecordListImpl::Columns() {
+  com_ptr<IMutableColumns> columns;
+  ThrowIfFailed(Parent()->get_Columns(columns.put()));
+  com_ptr<IColumns> view;
+  if (columns) ThrowIfFailed(columns->get_Columns(view.put()));
+  return view;
+}
+
+ULONG RecordListImpl::Size() {
+  ULONG size = 0;
+  ThrowIfFailed(Parent()->get_Size(&size));
+  return size;
+}
+
+com_ptr<IRecordListIterator> RecordListImpl::ReadOnly(com_ptr<IRecordListIterator> iterator) {
+  auto wrapper = make_object<ConstIterator>();
+  static_cast<IConstIteratorRaw*>(wrapper.get())->Create(iterator.get());
+  return com_ptr<IRecordListIterator>(wrapper.get());
+}
+
+com_ptr<IRecordListIterator> RecordListImpl::GetIterator(VARIANT_BOOL synchronized) {
+  com_ptr<IRecordListIterator> iterator;
+  const HRESULT hr = Parent()->GetIterator(synchronized, iterator.put());
+  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecordList>());
+  return ReadOnly(iterator);
+}
+
+com_ptr<IRecordListIterator> RecordListImpl::GetFilteredIterator(IRecordCondition* condition,
+                                                                 VARIANT_BOOL synchronized) {
+  com_ptr<IRecordListIterator> iterator;
+  const HRESULT hr = Parent()->GetFilteredIterator(condition, synchronized, iterator.put());
+  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecordList>());
+  return ReadOnly(iterator);
+}
+
+com_ptr<IRecordListIterator> RecordListImpl::GetSortedIterator(IRecordComparator* comparator,
+                                                               VARIANT_BOOL synchronized) {
+  com_ptr<IRecordListIterator> iterator;
+  const HRESULT hr = Parent()->GetSortedIterator(comparator, synchronized, iterator.put());
+  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecordList>());
+  return ReadOnly(iterator);
+}
+
+void RecordListImpl::PassValueBefore(IRecordListValueChangeEvent* event) {
+  if (Events().enabled()) {
+    ValueListeners().NotifyAfter(&IRecordListValueChangeListener::ValueBeforeChange, event);
+  } else {
+    Events().MarkPending(kValuesPending);
+  }
+}
+
+void RecordListImpl::PassValueAfter(IRecordListValueChangeEvent* event) {
+  if (Events().enabled()) ValueListeners().NotifyAfter(&IRecordListValueChangeListener::ValueAfterChange, event);
+}
+
+}  // namespace brevo
