@@ -1,5 +1,6 @@
 # The library's sources; the platform layer is the only part chosen per build.
 set(BREVO_SOURCES
+  COMDll/dispatch_tables.cpp
   columns/abstract_mutable_columns.cpp
   columns/column.cpp
   columns/column_compare.cpp
@@ -9,6 +10,7 @@ set(BREVO_SOURCES
   core/cell_conversions.cpp
   core/cell_value.cpp
   core/com_error.cpp
+  core/dispatch.cpp
   core/error_reporting.cpp
   core/module_lock.cpp
   core/number_text.cpp

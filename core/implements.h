@@ -10,10 +10,12 @@
 // CComAggObject<X>, which holds X as a CComContainedObject<X>.
 #pragma once
 
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
 #include "core/com_ptr.h"
+#include "core/dispatch.h"
 #include "core/error_reporting.h"
 #include "core/interface_id.h"
 #include "core/module_lock.h"
@@ -110,6 +112,8 @@ class dispatch_layer : public object_root<Derived, Interfaces...> {};
 
 template <class Derived, class... Interfaces>
 class dispatch_layer<true, Derived, Interfaces...> : public object_root<Derived, Interfaces...> {
+  using Dual = std::tuple_element_t<0, std::tuple<Interfaces...>>;
+
  public:
   STDMETHODIMP GetTypeInfoCount(UINT* count) override {
     if (count == nullptr) return E_POINTER;
@@ -120,9 +124,12 @@ class dispatch_layer<true, Derived, Interfaces...> : public object_root<Derived,
     if (info != nullptr) *info = nullptr;
     return E_NOTIMPL;
   }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-    return E_NOTIMPL;
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+    return DispatchGetIDsOfNames(iid_of<Dual>(), names, count, ids);
+  }
+  STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
+                      EXCEPINFO* excepInfo, UINT* argErr) override {
+    return DispatchInvoke(iid_of<Dual>(), static_cast<Dual*>(this), member, flags, params, result, excepInfo, argErr);
   }
 };
 

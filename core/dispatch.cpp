@@ -1,0 +1,107 @@
+#include "core/dispatch.h"
+
+#include <vector>
+
+namespace brevo {
+namespace {
+
+// Script languages do not keep the case of names.
+bool SameName(const OLECHAR* a, const OLECHAR* b) {
+  const auto fold = [](OLECHAR c) { return c >= 'A' && c <= 'Z' ? static_cast<OLECHAR>(c + 32) : c; };
+  for (; *a != 0 && *b != 0; ++a, ++b) {
+    if (fold(*a) != fold(*b)) return false;
+  }
+  return *a == *b;
+}
+
+const DispatchMember* FindMember(const DispatchTable& table, DISPID id) {
+  for (std::size_t i = 0; i < table.count; ++i) {
+    if (table.members[i].id == id) return &table.members[i];
+  }
+  return nullptr;
+}
+
+// Fills the caller's EXCEPINFO from the error info the failed call left, as
+// the automation runtime does for dual interfaces.
+void FillException(HRESULT hr, EXCEPINFO* info) {
+  com_ptr<IErrorInfo> error;
+  if (GetErrorInfo(0, error.put()) != S_OK) error.reset();
+  if (info == nullptr) return;
+  *info = EXCEPINFO{};
+  info->scode = hr;
+  if (error) {
+    error->GetDescription(&info->bstrDescription);
+    error->GetSource(&info->bstrSource);
+  }
+}
+
+}  // namespace
+
+// The first name is a member; the others are its parameters, numbered by position.
+HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids) noexcept {
+  if (count == 0) return S_OK;
+  if (names == nullptr || ids == nullptr) return E_POINTER;
+  const DispatchTable* table = FindDispatchTable(iid);
+  const DispatchMember* found = nullptr;
+  for (std::size_t i = 0; table != nullptr && found == nullptr && i < table->count; ++i) {
+    for (const OLECHAR* name : table->members[i].names) {
+      if (name != nullptr && SameName(name, names[0])) found = &table->members[i];
+    }
+  }
+  HRESULT hr = S_OK;
+  ids[0] = found != nullptr ? found->id : DISPID_UNKNOWN;
+  if (found == nullptr) hr = DISP_E_UNKNOWNNAME;
+  for (UINT n = 1; n < count; ++n) {
+    ids[n] = DISPID_UNKNOWN;
+    for (DISPID p = 0; found != nullptr && p < 4; ++p) {
+      if (found->params[p] != nullptr && SameName(found->params[p], names[n])) ids[n] = p;
+    }
+    if (ids[n] == DISPID_UNKNOWN) hr = DISP_E_UNKNOWNNAME;
+  }
+  return hr;
+}
+
+HRESULT DispatchInvoke(REFIID iid, IDispatch* target, DISPID member, WORD flags, DISPPARAMS* params,
+                       VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept {
+  const DispatchTable* table = FindDispatchTable(iid);
+  const DispatchMember* found = table != nullptr ? FindMember(*table, member) : nullptr;
+  if (found == nullptr) return DISP_E_MEMBERNOTFOUND;
+  DISPPARAMS none{};
+  if (params == nullptr) params = &none;
+
+  const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+  const DispatchInvoker call = put ? found->put : found->call;
+  if (call == nullptr || (!put && (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0)) {
+    return DISP_E_MEMBERNOTFOUND;
+  }
+
+  // Arguments in call order: named ones by their position (the value of a put
+  // is the last), the rest from the end of rgvarg.
+  const UINT count = params->cArgs;
+  const UINT named = params->cNamedArgs;
+  if (named > count) return E_INVALIDARG;
+  std::vector<VARIANTARG*> args(count, nullptr);
+  const UINT positional = count - named;
+  for (UINT i = 0; i < positional; ++i) args[i] = &params->rgvarg[count - 1 - i];
+  for (UINT j = 0; j < named; ++j) {
+    const DISPID id = params->rgdispidNamedArgs[j];
+    const UINT position = id == DISPID_PROPERTYPUT && put ? count - 1 : static_cast<UINT>(id);
+    if (id != DISPID_PROPERTYPUT && (id < 0 || put)) return DISP_E_PARAMNOTFOUND;
+    if (position >= count || args[position] != nullptr) return DISP_E_PARAMNOTFOUND;
+    args[position] = &params->rgvarg[j];
+  }
+  for (UINT i = 0; i < count; ++i) {
+    if (args[i] == nullptr) return DISP_E_PARAMNOTOPTIONAL;
+  }
+
+  if (result != nullptr) VariantInit(result);
+  const HRESULT hr = call(target, args.data(), count, result, argErr);
+  if (hr == DISP_E_BADPARAMCOUNT || hr == DISP_E_TYPEMISMATCH || hr == DISP_E_OVERFLOW) return hr;
+  if (FAILED(hr)) {
+    FillException(hr, excepInfo);
+    return DISP_E_EXCEPTION;
+  }
+  return S_OK;
+}
+
+}  // namespace brevo
