@@ -1,6 +1,9 @@
 # The library's sources; the platform layer is the only part chosen per build.
 set(BREVO_SOURCES
   COMDll/dispatch_tables.cpp
+  COMDll/module.cpp
+  COMDll/object_map.cpp
+  COMDll/registration.cpp
   columns/abstract_mutable_columns.cpp
   columns/column.cpp
   columns/column_compare.cpp
@@ -31,7 +34,6 @@ set(BREVO_SOURCES
   lists/mutable_record_list.cpp
   lists/record_list.cpp
   lists/row_sort.cpp
-  platform/invalid_parameter.cpp
   records/abstract_mutable_record.cpp
   records/abstract_record_read_only.cpp
   records/mutable_record_impl.cpp
@@ -39,18 +41,29 @@ set(BREVO_SOURCES
   records/record_compare.cpp
 )
 
+# The platform layer: on Windows part of the library, over the system's
+# ole32/oleaut32; elsewhere a library of its own that stands in for them, so
+# that the library, its hosts and the tests share one registry and one
+# error-info slot as they would share the system's.
+set(BREVO_PLATFORM_SOURCES
+  platform/class_registry.cpp
+  platform/invalid_parameter.cpp
+)
 if(WIN32)
-  list(APPEND BREVO_SOURCES
+  list(APPEND BREVO_PLATFORM_SOURCES
     platform/windows/ansi_text.cpp
-    platform/windows/class_registry.cpp
+    platform/windows/library_loader.cpp
+    platform/windows/registry.cpp
   )
 else()
-  list(APPEND BREVO_SOURCES
+  list(APPEND BREVO_PLATFORM_SOURCES
     platform/native/ansi_text.cpp
     platform/native/bstr.cpp
-    platform/native/class_registry.cpp
+    platform/native/class_objects.cpp
     platform/native/error_info.cpp
     platform/native/guids.cpp
+    platform/native/library_loader.cpp
+    platform/native/registry.cpp
     platform/native/variant.cpp
     platform/native/variant_change_type.cpp
   )

@@ -14,4 +14,6 @@
 
 #include "platform/ansi_text.h"
 #include "platform/class_registry.h"
+#include "platform/registry.h"
 #include "platform/invalid_parameter.h"
+#include "platform/library_loader.h"

@@ -244,4 +244,13 @@ LPVOID CoTaskMemAlloc(std::size_t cb);
 void CoTaskMemFree(LPVOID pv);
 HRESULT ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* lplpszProgID);
 HRESULT CLSIDFromProgID(LPCOLESTR lpszProgID, CLSID* lpclsid);
+int StringFromGUID2(REFGUID rguid, LPOLESTR lpsz, int cchMax);
+HRESULT CLSIDFromString(LPCOLESTR lpsz, CLSID* pclsid);
+
+HRESULT CoInitialize(LPVOID pvReserved);
+void CoUninitialize();
+HRESULT CoGetClassObject(REFCLSID rclsid, DWORD dwClsContext, LPVOID pvReserved, REFIID riid, LPVOID* ppv);
+HRESULT CoCreateInstance(REFCLSID rclsid, IUnknown* pUnkOuter, DWORD dwClsContext, REFIID riid, LPVOID* ppv);
 }
+
+#define CLSCTX_INPROC_SERVER 0x1

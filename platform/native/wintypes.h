@@ -21,6 +21,7 @@ using ULONGLONG = std::uint64_t;
 using FLOAT = float;
 using DOUBLE = double;
 using PVOID = void*;
+using HINSTANCE = void*;
 using LPVOID = void*;
 using HRESULT = LONG;
 using SCODE = LONG;
@@ -46,6 +47,7 @@ using BSTR = OLECHAR*;
 #define VARIANT_TRUE ((VARIANT_BOOL)-1)
 #define VARIANT_FALSE ((VARIANT_BOOL)0)
 
+#define WINAPI
 #define STDMETHODCALLTYPE
 #define STDAPICALLTYPE
 #define STDMETHOD(method) virtual HRESULT STDMETHODCALLTYPE method
@@ -88,6 +90,9 @@ using BSTR = OLECHAR*;
 #define CLASS_E_CLASSNOTAVAILABLE ((HRESULT)0x80040111)
 #define REGDB_E_CLASSNOTREG ((HRESULT)0x80040154)
 #define CO_E_CLASSSTRING ((HRESULT)0x800401F3)
+#define CO_E_DLLNOTFOUND ((HRESULT)0x800401F8)
+#define CO_E_ERRORINDLL ((HRESULT)0x800401F9)
+#define SELFREG_E_CLASS ((HRESULT)0x80040201)
 
 struct GUID {
   std::uint32_t Data1;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "core/module_lock.h"
+#include "platform/com.h"
 
 namespace {
 
@@ -15,6 +16,7 @@ class LockCountCheck : public ::testing::EmptyTestEventListener {
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
+  CoInitialize(nullptr);  // an apartment, as every host of the library has
   ::testing::UnitTest::GetInstance()->listeners().Append(new LockCountCheck);
   return RUN_ALL_TESTS();
 }

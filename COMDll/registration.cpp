@@ -1,0 +1,102 @@
+// What DllRegisterServer writes and DllUnregisterServer removes: the
+// application identifier entries, and for every creatable class its two
+// ProgIDs and its class key. The AppID root itself is never removed.
+#include <string>
+
+#include "COMDll/object_map.h"
+#include "core/bstr_t.h"
+
+namespace brevo {
+namespace {
+
+using Text = std::basic_string<OLECHAR>;
+
+Text GuidText(REFGUID guid) {
+  OLECHAR text[40] = {};
+  StringFromGUID2(guid, text, 40);
+  return text;
+}
+
+// Keeps the first failure and skips the writes after it.
+class Writer {
+ public:
+  void Set(const Text& key, const OLECHAR* name, const Text& value) {
+    if (SUCCEEDED(hr_)) hr_ = platform::SetRegistryString(key.c_str(), name, value.c_str());
+  }
+  void Key(const Text& key) {
+    if (SUCCEEDED(hr_)) hr_ = platform::CreateRegistryKey(key.c_str());
+  }
+  void Delete(const Text& key) {
+    if (SUCCEEDED(hr_)) hr_ = platform::DeleteRegistryTree(key.c_str());
+  }
+  HRESULT Result() const { return hr_; }
+
+ private:
+  HRESULT hr_ = S_OK;
+};
+
+const Text kAppIdKey = Text(OLESTR("AppID\\")) + GuidText(kApplicationId);
+const Text kAppIdModuleKey = OLESTR("AppID\\BrevoRecordList.DLL");
+
+void RegisterClass(Writer& writer, const CreatableClass& entry, const Text& modulePath) {
+  const Text clsid = GuidText(*entry.clsid);
+  const Text progId = entry.progId;
+  const Text independent = entry.versionIndependentProgId;
+  writer.Set(progId, nullptr, entry.friendlyName);
+  writer.Set(progId + OLESTR("\\CLSID"), nullptr, clsid);
+  writer.Set(independent, nullptr, entry.friendlyName);
+  writer.Set(independent + OLESTR("\\CLSID"), nullptr, clsid);
+  writer.Set(independent + OLESTR("\\CurVer"), nullptr, progId);
+  const Text classKey = OLESTR("CLSID\\") + clsid;
+  writer.Set(classKey, nullptr, entry.friendlyName);
+  writer.Set(classKey, OLESTR("AppID"), GuidText(kApplicationId));
+  writer.Set(classKey + OLESTR("\\ProgID"), nullptr, progId);
+  writer.Set(classKey + OLESTR("\\VersionIndependentProgID"), nullptr, independent);
+  writer.Key(classKey + OLESTR("\\Programmable"));
+  writer.Set(classKey + OLESTR("\\InprocServer32"), nullptr, modulePath);
+  writer.Set(classKey + OLESTR("\\InprocServer32"), OLESTR("ThreadingModel"), OLESTR("apartment"));
+  writer.Set(classKey + OLESTR("\\TypeLib"), nullptr, GuidText(kTypeLibraryId));
+}
+
+// Registration runs under the system default locale with neutral language.
+template <class Steps>
+HRESULT UnderNeutralLocale(Steps&& steps) {
+  const LCID previous = platform::GetCallingThreadLocale();
+  platform::SetCallingThreadLocale(0x0800);
+  const HRESULT hr = steps();
+  platform::SetCallingThreadLocale(previous);
+  return hr;
+}
+
+}  // namespace
+
+HRESULT RegisterModule() noexcept {
+  return UnderNeutralLocale([] {
+    Writer writer;
+    writer.Set(kAppIdKey, nullptr, OLESTR("BrevoRecordList"));
+    writer.Set(kAppIdModuleKey, OLESTR("AppID"), GuidText(kApplicationId));
+    const _bstr_t modulePath(platform::ModuleFileNameOf(reinterpret_cast<const void*>(&RegisterModule)), false);
+    const Text path = modulePath.is_null() ? Text() : Text(modulePath);
+    const ObjectMap& map = TheObjectMap();
+    for (std::size_t i = 0; i < map.count; ++i) RegisterClass(writer, map.classes[i], path);
+    return writer.Result();
+  });
+}
+
+HRESULT UnregisterModule() noexcept {
+  return UnderNeutralLocale([] {
+    Writer writer;
+    const ObjectMap& map = TheObjectMap();
+    for (std::size_t i = 0; i < map.count; ++i) {
+      const CreatableClass& entry = map.classes[i];
+      writer.Delete(OLESTR("CLSID\\") + GuidText(*entry.clsid));
+      writer.Delete(entry.progId);
+      writer.Delete(entry.versionIndependentProgId);
+    }
+    writer.Delete(kAppIdKey);
+    writer.Delete(kAppIdModuleKey);
+    return writer.Result();
+  });
+}
+
+}  // namespace brevo

@@ -1,0 +1,108 @@
+// The module as hosts use it: registration, class objects by ProgID and class
+// identifier, and unloading once nothing is alive.
+#include <string>
+
+#include "COMDll/object_map.h"
+#include "columns/mutable_columns.h"
+#include "support/test_support.h"
+
+namespace brevo::testing {
+namespace {
+
+using EntryPoint = HRESULT(STDAPICALLTYPE*)();
+using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, LPVOID*);
+
+template <class F>
+F Entry(const char* name) {
+  return reinterpret_cast<F>(platform::FindLibraryEntry("BrevoRecordList", name));
+}
+
+std::string ReadRegistry(const std::basic_string<OLECHAR>& key, const OLECHAR* name = nullptr) {
+  BSTR value = nullptr;
+  if (platform::GetRegistryString(key.c_str(), name, &value) != S_OK) return "<missing>";
+  const std::string text = Narrow(value);
+  SysFreeString(value);
+  return text;
+}
+
+std::basic_string<OLECHAR> ClassKey(REFCLSID clsid) {
+  OLECHAR text[40] = {};
+  StringFromGUID2(clsid, text, 40);
+  return std::basic_string<OLECHAR>(OLESTR("CLSID\\")) + text;
+}
+
+class Module : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_NE(Entry<EntryPoint>("DllRegisterServer"), nullptr) << "the module beside the tests";
+    ASSERT_EQ(Entry<EntryPoint>("DllRegisterServer")(), S_OK);
+  }
+  void TearDown() override { EXPECT_EQ(Entry<EntryPoint>("DllUnregisterServer")(), S_OK); }
+};
+
+TEST_F(Module, RegistersEveryClassUnderBothProgIds) {
+  const ObjectMap& map = TheObjectMap();
+  ASSERT_EQ(map.count, 10u);
+  for (std::size_t i = 0; i < map.count; ++i) {
+    const CreatableClass& entry = map.classes[i];
+    SCOPED_TRACE(Narrow(entry.progId));
+    for (const OLECHAR* progId : {entry.progId, entry.versionIndependentProgId}) {
+      CLSID clsid{};
+      ASSERT_EQ(CLSIDFromProgID(progId, &clsid), S_OK);
+      EXPECT_TRUE(IsEqualGUID(clsid, *entry.clsid));
+      com_ptr<IDispatch> object;
+      EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid_of<IDispatch>(), object.put_void()), S_OK);
+    }
+    const auto key = ClassKey(*entry.clsid);
+    EXPECT_EQ(ReadRegistry(key), Narrow(entry.friendlyName));
+    EXPECT_EQ(ReadRegistry(key + OLESTR("\\InprocServer32"), OLESTR("ThreadingModel")), "apartment");
+    EXPECT_EQ(ReadRegistry(key + OLESTR("\\VersionIndependentProgID")), Narrow(entry.versionIndependentProgId));
+    EXPECT_EQ(ReadRegistry(std::basic_string<OLECHAR>(entry.versionIndependentProgId) + OLESTR("\\CurVer")),
+              Narrow(entry.progId));
+  }
+  LPOLESTR progId = nullptr;
+  ASSERT_EQ(ProgIDFromCLSID(map.classes[2].clsid[0], &progId), S_OK);
+  EXPECT_EQ(Narrow(progId), "GroupMutableRecordList.GroupMutable.1.0") << "the irregular ProgIDs stand";
+  CoTaskMemFree(progId);
+}
+
+TEST_F(Module, ServesObjectsAndUnloadsWhenNoneIsLeft) {
+  const auto canUnload = Entry<EntryPoint>("DllCanUnloadNow");
+  CLSID clsid{};
+  ASSERT_EQ(CLSIDFromProgID(OLESTR("BrevoRecordList.MutableColumns"), &clsid), S_OK);
+  {
+    com_ptr<IMutableColumns> columns;
+    ASSERT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid_of<IMutableColumns>(), columns.put_void()),
+              S_OK);
+    EXPECT_EQ(canUnload(), S_FALSE);
+    com_ptr<IMutableColumn> column;
+    const _bstr_t name(OLESTR("a"));
+    ASSERT_EQ(columns->AddColumn(name.GetBSTR(), 10, column.put()), S_OK);
+    EXPECT_EQ(columns->AddColumn(name.GetBSTR(), 10, column.put()), DISP_E_EXCEPTION);
+    const ErrorSnapshot error = TakeErrorInfo();
+    EXPECT_EQ(error.description, "Name property must be unique.");
+    EXPECT_EQ(error.source, "BrevoRecordList.MutableColumns.1");
+  }
+  EXPECT_EQ(canUnload(), S_OK);
+
+  com_ptr<IClassFactory> factory;
+  const auto getClassObject = Entry<GetClassObject>("DllGetClassObject");
+  ASSERT_EQ(getClassObject(clsid, iid_of<IClassFactory>(), factory.put_void()), S_OK);
+  EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+  EXPECT_EQ(canUnload(), S_FALSE) << "a lock holds the module";
+  factory->LockServer(FALSE);
+  EXPECT_EQ(canUnload(), S_OK);
+  void* none = nullptr;
+  EXPECT_EQ(getClassObject(GUID_NULL, iid_of<IClassFactory>(), &none), CLASS_E_CLASSNOTAVAILABLE);
+}
+
+TEST_F(Module, UnregisteringRemovesTheClasses) {
+  EXPECT_EQ(Entry<EntryPoint>("DllUnregisterServer")(), S_OK);
+  CLSID clsid{};
+  EXPECT_NE(CLSIDFromProgID(OLESTR("BrevoRecordList.RecordsFactory"), &clsid), S_OK);
+  EXPECT_EQ(ReadRegistry(ClassKey(*TheObjectMap().classes[9].clsid)), "<missing>");
+  EXPECT_EQ(Entry<EntryPoint>("DllRegisterServer")(), S_OK);
+}
+
+}  // namespace
+}  // namespace brevo::testing
