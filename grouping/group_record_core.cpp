@@ -91,7 +91,8 @@ void GroupRecordCore::ValueBeforeChange(IRecordChangeEvent* event) {
   }
   auto own = MakeLazyEvent<RecordChangeEvent>(
       [&](RecordChangeEvent& e) { e.RecordChangeEventImpl::Initialize(SelfAsSource(), position); });
-  listeners_.NotifyBefore(&IRecordChangeListener::ValueBeforeChange, own);
+  // A veto of the own listeners is the source's veto: the change is the source's.
+  if (!listeners_.NotifyBefore(&IRecordChangeListener::ValueBeforeChange, own)) ThrowIfFailed(event->Stop());
 }
 
 void GroupRecordCore::ValueAfterChange(IRecordChangeEvent* event) {
