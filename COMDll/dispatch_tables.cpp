@@ -178,7 +178,7 @@ const DispatchMember kPropertyChangeEventMembers[] = {
 const DispatchMember kRecordChangeEventMembers[] = {
     {1, {OLESTR("Initialize")}, {OLESTR("pSource"), OLESTR("index")}, Call<&IRecordChangeEvent::Initialize>(), nullptr, Inputs<&IRecordChangeEvent::Initialize>()},
     {2, {OLESTR("Stop")}, {}, Call<&IRecordChangeEvent::Stop>(), nullptr, Inputs<&IRecordChangeEvent::Stop>()},
-    {3, {OLESTR("IsStopped")}, {OLESTR("RetVal")}, Call<&IRecordChangeEvent::IsStopped>(), nullptr, Inputs<&IRecordChangeEvent::IsStopped>()},
+    {3, {OLESTR("IsStopped")}, {OLESTR("RetVal")}, Call<&IRecordChangeEvent::IsStopped, true>(), nullptr, Inputs<&IRecordChangeEvent::IsStopped>()},
     {4, {OLESTR("GetIndex")}, {OLESTR("RetVal")}, Call<&IRecordChangeEvent::GetIndex>(), nullptr, Inputs<&IRecordChangeEvent::GetIndex>()},
     {5, {OLESTR("GetSource")}, {OLESTR("RetVal")}, Call<&IRecordChangeEvent::GetSource>(), nullptr, Inputs<&IRecordChangeEvent::GetSource>()},
 };
@@ -186,7 +186,7 @@ const DispatchMember kRecordChangeEventMembers[] = {
 const DispatchMember kColumnsChangeEventMembers[] = {
     {1, {OLESTR("Initialize")}, {OLESTR("pSource"), OLESTR("pColumnChanged")}, Call<&IColumnsChangeEvent::Initialize>(), nullptr, Inputs<&IColumnsChangeEvent::Initialize>()},
     {2, {OLESTR("Stop")}, {}, Call<&IColumnsChangeEvent::Stop>(), nullptr, Inputs<&IColumnsChangeEvent::Stop>()},
-    {3, {OLESTR("IsStopped")}, {OLESTR("RetVal")}, Call<&IColumnsChangeEvent::IsStopped>(), nullptr, Inputs<&IColumnsChangeEvent::IsStopped>()},
+    {3, {OLESTR("IsStopped")}, {OLESTR("RetVal")}, Call<&IColumnsChangeEvent::IsStopped, true>(), nullptr, Inputs<&IColumnsChangeEvent::IsStopped>()},
     {4, {OLESTR("GetColumnChanged")}, {OLESTR("RetVal")}, Call<&IColumnsChangeEvent::GetColumnChanged>(), nullptr, Inputs<&IColumnsChangeEvent::GetColumnChanged>()},
     {5, {OLESTR("GetSource")}, {OLESTR("RetVal")}, Call<&IColumnsChangeEvent::GetSource>(), nullptr, Inputs<&IColumnsChangeEvent::GetSource>()},
 };
@@ -194,7 +194,7 @@ const DispatchMember kColumnsChangeEventMembers[] = {
 const DispatchMember kRecordListChangeEventMembers[] = {
     {1, {OLESTR("Initialize")}, {OLESTR("pSource"), OLESTR("pRecordChanged")}, Call<&IRecordListChangeEvent::Initialize>(), nullptr, Inputs<&IRecordListChangeEvent::Initialize>()},
     {2, {OLESTR("Stop")}, {}, Call<&IRecordListChangeEvent::Stop>(), nullptr, Inputs<&IRecordListChangeEvent::Stop>()},
-    {3, {OLESTR("IsStopped")}, {OLESTR("RetVal")}, Call<&IRecordListChangeEvent::IsStopped>(), nullptr, Inputs<&IRecordListChangeEvent::IsStopped>()},
+    {3, {OLESTR("IsStopped")}, {OLESTR("RetVal")}, Call<&IRecordListChangeEvent::IsStopped, true>(), nullptr, Inputs<&IRecordListChangeEvent::IsStopped>()},
     {4, {OLESTR("GetRecordChanged")}, {OLESTR("RetVal")}, Call<&IRecordListChangeEvent::GetRecordChanged>(), nullptr, Inputs<&IRecordListChangeEvent::GetRecordChanged>()},
     {5, {OLESTR("GetSource")}, {OLESTR("RetVal")}, Call<&IRecordListChangeEvent::GetSource>(), nullptr, Inputs<&IRecordListChangeEvent::GetSource>()},
 };
@@ -202,7 +202,7 @@ const DispatchMember kRecordListChangeEventMembers[] = {
 const DispatchMember kRecordListValueChangeEventMembers[] = {
     {1, {OLESTR("Initialize")}, {OLESTR("pSource"), OLESTR("pRecordChanged"), OLESTR("index")}, Call<&IRecordListValueChangeEvent::Initialize>(), nullptr, Inputs<&IRecordListValueChangeEvent::Initialize>()},
     {2, {OLESTR("Stop")}, {}, Call<&IRecordListValueChangeEvent::Stop>(), nullptr, Inputs<&IRecordListValueChangeEvent::Stop>()},
-    {3, {OLESTR("IsStopped")}, {OLESTR("RetVal")}, Call<&IRecordListValueChangeEvent::IsStopped>(), nullptr, Inputs<&IRecordListValueChangeEvent::IsStopped>()},
+    {3, {OLESTR("IsStopped")}, {OLESTR("RetVal")}, Call<&IRecordListValueChangeEvent::IsStopped, true>(), nullptr, Inputs<&IRecordListValueChangeEvent::IsStopped>()},
     {4, {OLESTR("GetRecordChanged")}, {OLESTR("RetVal")}, Call<&IRecordListValueChangeEvent::GetRecordChanged>(), nullptr, Inputs<&IRecordListValueChangeEvent::GetRecordChanged>()},
     {5, {OLESTR("GetIndex")}, {OLESTR("RetVal")}, Call<&IRecordListValueChangeEvent::GetIndex>(), nullptr, Inputs<&IRecordListValueChangeEvent::GetIndex>()},
     {6, {OLESTR("GetSource")}, {OLESTR("RetVal")}, Call<&IRecordListValueChangeEvent::GetSource>(), nullptr, Inputs<&IRecordListValueChangeEvent::GetSource>()},

@@ -4,6 +4,7 @@ set(BREVO_SOURCES
   COMDll/module.cpp
   COMDll/object_map.cpp
   COMDll/registration.cpp
+  COMDll/type_library.cpp
   columns/abstract_mutable_columns.cpp
   columns/column.cpp
   columns/column_compare.cpp
@@ -17,6 +18,7 @@ set(BREVO_SOURCES
   core/error_reporting.cpp
   core/module_lock.cpp
   core/number_text.cpp
+  core/script_call.cpp
   events/summaries.cpp
   factory/record_list_utils.cpp
   factory/records_factory.cpp
@@ -34,6 +36,7 @@ set(BREVO_SOURCES
   lists/mutable_record_list.cpp
   lists/record_list.cpp
   lists/row_sort.cpp
+  lists/script_callback.cpp
   records/abstract_mutable_record.cpp
   records/abstract_record_read_only.cpp
   records/mutable_record_impl.cpp
@@ -54,6 +57,7 @@ if(WIN32)
     platform/windows/ansi_text.cpp
     platform/windows/library_loader.cpp
     platform/windows/registry.cpp
+    platform/windows/type_library.cpp
   )
 else()
   list(APPEND BREVO_PLATFORM_SOURCES
@@ -64,6 +68,7 @@ else()
     platform/native/guids.cpp
     platform/native/library_loader.cpp
     platform/native/registry.cpp
+    platform/native/type_library.cpp
     platform/native/variant.cpp
     platform/native/variant_change_type.cpp
   )

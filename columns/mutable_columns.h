@@ -95,7 +95,8 @@ class ColumnsFacade : public implements<Derived, IMutableColumns, IMutableColumn
 
 class MutableColumnsImpl : public AbstractMutableColumns {};
 
-class MutableColumns : public ColumnsFacade<MutableColumns, MutableColumnsImpl, IPropertyChangeListener> {
+class MutableColumns
+    : public ColumnsFacade<MutableColumns, MutableColumnsImpl, IPropertyChangeListener, IProvideClassInfo> {
  public:
   static constexpr CLSID kClassId = {0xEFB8E885, 0x66C1, 0x49C5, 0x97, 0x3C, 0x77, 0x36, 0x91, 0x34, 0x7A, 0xB5};
 

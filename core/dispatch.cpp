@@ -37,6 +37,20 @@ void FillException(HRESULT hr, EXCEPINFO* info) {
 
 }  // namespace
 
+HRESULT DispatchGetTypeInfoCount(REFIID iid, UINT* count) noexcept {
+  if (count == nullptr) return E_POINTER;
+  com_ptr<ITypeInfo> info;
+  *count = SUCCEEDED(LibraryTypeInfo(iid, info.put())) ? 1 : 0;
+  return S_OK;
+}
+
+HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info) noexcept {
+  if (info == nullptr) return E_POINTER;
+  *info = nullptr;
+  if (index != 0) return DISP_E_BADINDEX;
+  return LibraryTypeInfo(iid, info);
+}
+
 // The first name is a member; the others are its parameters, numbered by position.
 HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids) noexcept {
   if (count == 0) return S_OK;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "core/com_ptr.h"
+#include "core/script_call.h"
 #include "core/unique_variant.h"
 
 namespace brevo {
@@ -37,6 +38,15 @@ struct DispatchTable {
 // a class answers late-bound calls through the table of its first interface.
 const DispatchTable* FindDispatchTable(REFIID iid) noexcept;
 
+// The type information of one of the library's interfaces or classes, from
+// the module's type library (defined with the module); fails, with *info
+// null, where there is none.
+HRESULT LibraryTypeInfo(REFGUID guid, ITypeInfo** info) noexcept;
+
+// IDispatch's type information for a dual interface: one when the type
+// library is at hand, none otherwise.
+HRESULT DispatchGetTypeInfoCount(REFIID iid, UINT* count) noexcept;
+HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info) noexcept;
 HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
 HRESULT DispatchInvoke(REFIID iid, IDispatch* target, DISPID member, WORD flags, DISPPARAMS* params,
                        VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept;
@@ -89,7 +99,8 @@ struct Argument<VARIANT> {
   VARIANT Get() const { return value.get(); }
 };
 
-// Empty and null stand for a null interface.
+// Empty and null stand for a null interface. A script object passed for a
+// callback interface has only IDispatch: it is called by name instead.
 template <class I>
 struct Argument<I*, std::enable_if_t<is_interface_v<I>>> {
   com_ptr<I> value;
@@ -103,7 +114,12 @@ struct Argument<I*, std::enable_if_t<is_interface_v<I>>> {
     else if (vt == (VT_BYREF | VT_UNKNOWN) || vt == (VT_BYREF | VT_DISPATCH)) object = *v->ppunkVal;
     else return DISP_E_TYPEMISMATCH;
     if (object == nullptr) return S_OK;
-    return object->QueryInterface(iid_of<I>(), value.put_void()) == S_OK ? S_OK : DISP_E_TYPEMISMATCH;
+    if constexpr (is_callback_interface<I>) {
+      value = AsCallback<I>(object);
+      return value ? S_OK : DISP_E_TYPEMISMATCH;
+    } else {
+      return object->QueryInterface(iid_of<I>(), value.put_void()) == S_OK ? S_OK : DISP_E_TYPEMISMATCH;
+    }
   }
   I* Get() const { return value.get(); }
 };

@@ -5,7 +5,8 @@
 //
 // and gets QueryInterface over that list, ISupportErrorInfo for its own
 // (non-callback) interfaces, its share of the module lock count, and Call<I>(),
-// the one error wrapper of every interface method. The live object is
+// the one error wrapper of every interface method. A creatable class also
+// lists IProvideClassInfo and gets it answered from its kClassId. The live object is
 // CComObject<X> (single-threaded count) or, inside an aggregate,
 // CComAggObject<X>, which holds X as a CComContainedObject<X>.
 #pragma once
@@ -85,7 +86,7 @@ class object_root : public First, public Rest..., public ISupportErrorInfo {
  private:
   template <class I>
   static bool IsOwn(REFIID iid) noexcept {
-    return !is_callback_interface<I> && iid == iid_of<I>();
+    return !is_callback_interface<I> && !std::is_same_v<I, IProvideClassInfo> && iid == iid_of<I>();
   }
   template <class I>
   bool Find(REFIID iid, void** out) noexcept {
@@ -105,8 +106,9 @@ class object_root : public First, public Rest..., public ISupportErrorInfo {
   }
 };
 
-// One overrider for the IDispatch slots of every dual interface in the list.
-// Until the type information exists, late binding is refused.
+// One overrider for the IDispatch slots of every dual interface in the list:
+// names and ids from the interface's table, type information from the
+// module's type library where there is one.
 template <bool Dual, class Derived, class... Interfaces>
 class dispatch_layer : public object_root<Derived, Interfaces...> {};
 
@@ -115,14 +117,9 @@ class dispatch_layer<true, Derived, Interfaces...> : public object_root<Derived,
   using Dual = std::tuple_element_t<0, std::tuple<Interfaces...>>;
 
  public:
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-    if (count == nullptr) return E_POINTER;
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
-    if (info != nullptr) *info = nullptr;
-    return E_NOTIMPL;
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override { return DispatchGetTypeInfoCount(iid_of<Dual>(), count); }
+  STDMETHODIMP GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
+    return DispatchGetTypeInfo(iid_of<Dual>(), index, info);
   }
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
     return DispatchGetIDsOfNames(iid_of<Dual>(), names, count, ids);
@@ -133,11 +130,23 @@ class dispatch_layer<true, Derived, Interfaces...> : public object_root<Derived,
   }
 };
 
+// IProvideClassInfo, where the class lists it: its class in the type library.
+template <bool ClassInfo, class Derived, class Base>
+class class_info_layer : public Base {};
+
+template <class Derived, class Base>
+class class_info_layer<true, Derived, Base> : public Base {
+ public:
+  STDMETHODIMP GetClassInfo(ITypeInfo** info) override { return LibraryTypeInfo(Derived::kClassId, info); }
+};
+
 }  // namespace detail
 
 template <class Derived, class... Interfaces>
 class implements
-    : public detail::dispatch_layer<(std::is_base_of_v<IDispatch, Interfaces> || ...), Derived, Interfaces...> {};
+    : public detail::class_info_layer<
+          (std::is_same_v<IProvideClassInfo, Interfaces> || ...), Derived,
+          detail::dispatch_layer<(std::is_base_of_v<IDispatch, Interfaces> || ...), Derived, Interfaces...>> {};
 
 // A stand-alone object with its own plain (apartment) reference count.
 template <class T>

@@ -9,7 +9,7 @@ namespace brevo {
 
 // Stop, IsStopped and GetSource, shared by the four events that can be stopped.
 template <class Derived, class Interface, class Impl>
-class StoppableEvent : public implements<Derived, Interface>, public Impl {
+class StoppableEvent : public implements<Derived, Interface, IProvideClassInfo>, public Impl {
  public:
   STDMETHODIMP Stop() override {
     return this->template Call<Interface>([&] { Impl::Stop(); });
@@ -80,7 +80,7 @@ class RecordListValueChangeEvent
   }
 };
 
-class PropertyChangeEvent : public implements<PropertyChangeEvent, IPropertyChangeEvent>,
+class PropertyChangeEvent : public implements<PropertyChangeEvent, IPropertyChangeEvent, IProvideClassInfo>,
                             public PropertyChangeEventImpl {
  public:
   static constexpr CLSID kClassId = {0x55306244, 0x943A, 0x4766, 0xA7, 0xFE, 0x3C, 0xE0, 0x84, 0xDA, 0x1A, 0xBB};

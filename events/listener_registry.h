@@ -7,6 +7,7 @@
 
 #include "core/bv_exception.h"
 #include "core/com_ptr.h"
+#include "core/script_call.h"
 
 namespace brevo {
 
@@ -22,7 +23,9 @@ class ListenerRegistry {
   bool empty() const noexcept { return listeners_.empty(); }
   std::size_t size() const noexcept { return listeners_.size(); }
 
-  void Add(Listener* listener) { listeners_.emplace_back(listener); }
+  // A script object that has only IDispatch is kept as an adapter that calls
+  // it by name; the adapter answers for the script object's identity.
+  void Add(Listener* listener) { listeners_.push_back(AsCallback<Listener>(listener)); }
 
   // Erases the first entry that is listener itself or the same COM object.
   void Remove(Listener* listener) {

@@ -36,7 +36,8 @@ class RecordListUtilsImpl {
   _bstr_t GetMutableGroupName(IMutableRecordList* list, ULONG index);
 };
 
-class RecordListUtils : public implements<RecordListUtils, IRecordListUtils>, public RecordListUtilsImpl {
+class RecordListUtils : public implements<RecordListUtils, IRecordListUtils, IProvideClassInfo>,
+                        public RecordListUtilsImpl {
  public:
   static constexpr CLSID kClassId = {0x96C401C0, 0x714E, 0x4F3C, 0x99, 0x02, 0x31, 0xEE, 0x11, 0xA0, 0x37, 0x2D};
 

@@ -22,7 +22,8 @@ class RecordsFactoryImpl {
   com_ptr<CComObject<MutableRecordList>> list_;
 };
 
-class RecordsFactory : public implements<RecordsFactory, IRecordsFactory>, public RecordsFactoryImpl {
+class RecordsFactory : public implements<RecordsFactory, IRecordsFactory, IProvideClassInfo>,
+                       public RecordsFactoryImpl {
  public:
   static constexpr CLSID kClassId = {0x2C74DBEF, 0x596A, 0x4E80, 0x9A, 0x7F, 0xBC, 0xDB, 0x39, 0x9E, 0x62, 0x31};
 

@@ -32,7 +32,7 @@ class GroupMutableRecordList;
 // The interfaces and the implementation, for the listening layer to sit on.
 class GroupMutableRecordListBase
     : public implements<GroupMutableRecordList, IMutableRecordList, IGroupRecordListRaw, IRecordListChangeListener,
-                        IRecordListValueChangeListener, IColumnsChangeListener>,
+                        IRecordListValueChangeListener, IColumnsChangeListener, IProvideClassInfo>,
       public GroupMutableRecordListImpl {};
 
 class GroupMutableRecordList : public GroupListListening<GroupMutableRecordList, GroupMutableRecordListBase> {

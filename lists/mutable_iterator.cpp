@@ -19,7 +19,7 @@ void MutableIteratorImpl::Bind(RowSequence& sequence, VARIANT_BOOL synchronized,
 }
 
 void MutableIteratorImpl::Create(IRecordCondition* condition) {
-  if (condition != condition_.get()) condition_ = com_ptr<IRecordCondition>(condition);
+  if (condition != condition_.get()) condition_ = AsCallback<IRecordCondition>(condition);
   cursor_ = 0;
 }
 
@@ -63,13 +63,15 @@ com_ptr<IMutableRecord> MutableIteratorImpl::Next() {
 VARIANT_BOOL MutableIteratorImpl::Find(IRecordCondition* condition) {
   if (condition == nullptr) return VARIANT_FALSE;
   try {
+    const auto callback = AsCallback<IRecordCondition>(condition);
+    if (!callback) _com_issue_error(E_NOINTERFACE);
     const RowSequence& rows = Walked();
     // The condition may change the sequence: the size is read at every step
     // and the row is held while it is asked.
     for (std::size_t i = 0; i < rows.size(); ++i) {
       const Row row = rows[i];
       VARIANT_BOOL result = VARIANT_FALSE;
-      ThrowIfFailed(condition->Evaluate(row.get(), &result));
+      ThrowIfFailed(callback->Evaluate(row.get(), &result));
       if (result == VARIANT_TRUE) {
         cursor_ = i;
         return VARIANT_TRUE;

@@ -111,16 +111,17 @@ com_ptr<IRecordListIterator> MutableRecordListImpl::GetIterator(VARIANT_BOOL syn
 
 com_ptr<IRecordListIterator> MutableRecordListImpl::GetFilteredIterator(IRecordCondition* condition,
                                                                         VARIANT_BOOL synchronized) {
-  FilterRows(rows_, condition, filterResult_);
-  if (condition != nullptr) filterCondition_ = com_ptr<IRecordCondition>(condition);
-  return IterateOver(filterResult_, synchronized, condition);
+  const auto callback = AsCallback<IRecordCondition>(condition);
+  FilterRows(rows_, callback.get(), filterResult_);
+  if (callback) filterCondition_ = callback;
+  return IterateOver(filterResult_, synchronized, callback.get());
 }
 
 com_ptr<IRecordListIterator> MutableRecordListImpl::GetSortedIterator(IRecordComparator* comparator,
                                                                       VARIANT_BOOL synchronized) {
   sortResult_ = rows_;
-  sortComparator_ = com_ptr<IRecordComparator>(comparator);
-  SortRows(sortResult_, comparator);
+  sortComparator_ = AsCallback<IRecordComparator>(comparator);
+  SortRows(sortResult_, sortComparator_.get());
   return IterateOver(sortResult_, synchronized, nullptr);
 }
 

@@ -41,7 +41,7 @@ class MutableRecordListImpl : public AbstractMutableRecordList {
 };
 
 class MutableRecordList
-    : public implements<MutableRecordList, IMutableRecordList, IRecordChangeListener>,
+    : public implements<MutableRecordList, IMutableRecordList, IRecordChangeListener, IProvideClassInfo>,
       public MutableRecordListImpl {
  public:
   static constexpr CLSID kClassId = {0xA65952AD, 0xCC2E, 0x4B35, 0xB9, 0x78, 0xDC, 0x7F, 0x3F, 0xD0, 0xB1, 0x54};

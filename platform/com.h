@@ -8,6 +8,7 @@
 #include <oleauto.h>
 #include <oaidl.h>
 #include <ocidl.h>
+#include <dispex.h>
 #else
 #include "platform/native/oleauto.h"
 #endif
@@ -17,3 +18,4 @@
 #include "platform/registry.h"
 #include "platform/invalid_parameter.h"
 #include "platform/library_loader.h"
+#include "platform/type_library.h"

@@ -188,6 +188,28 @@ struct IDispatch : IUnknown {
   ~IDispatch() = default;
 };
 
+// What script engines add to IDispatch; the library only looks names up and
+// calls them.
+struct IServiceProvider;
+#define fdexNameCaseSensitive 0x1
+#define fdexNameCaseInsensitive 0x8
+#define LOCALE_USER_DEFAULT 0x0400
+
+struct IDispatchEx : IDispatch {
+  STDMETHOD(GetDispID)(BSTR bstrName, DWORD grfdex, DISPID* pid) = 0;
+  STDMETHOD(InvokeEx)(DISPID id, LCID lcid, WORD wFlags, DISPPARAMS* pdp, VARIANT* pvarRes, EXCEPINFO* pei,
+                      IServiceProvider* pspCaller) = 0;
+  STDMETHOD(DeleteMemberByName)(BSTR bstrName, DWORD grfdex) = 0;
+  STDMETHOD(DeleteMemberByDispID)(DISPID id) = 0;
+  STDMETHOD(GetMemberProperties)(DISPID id, DWORD grfdexFetch, DWORD* pgrfdex) = 0;
+  STDMETHOD(GetMemberName)(DISPID id, BSTR* pbstrName) = 0;
+  STDMETHOD(GetNextDispID)(DWORD grfdex, DISPID id, DISPID* pid) = 0;
+  STDMETHOD(GetNameSpaceParent)(IUnknown** ppunk) = 0;
+
+ protected:
+  ~IDispatchEx() = default;
+};
+
 struct IErrorInfo : IUnknown {
   STDMETHOD(GetGUID)(GUID* pGUID) = 0;
   STDMETHOD(GetSource)(BSTR* pBstrSource) = 0;
@@ -215,6 +237,19 @@ struct ISupportErrorInfo : IUnknown {
 
  protected:
   ~ISupportErrorInfo() = default;
+};
+
+// Only handed on: this build has no type libraries, so none is ever made.
+struct ITypeInfo : IUnknown {
+ protected:
+  ~ITypeInfo() = default;
+};
+
+struct IProvideClassInfo : IUnknown {
+  STDMETHOD(GetClassInfo)(ITypeInfo** ppTI) = 0;
+
+ protected:
+  ~IProvideClassInfo() = default;
 };
 
 #define VARIANT_NOVALUEPROP 0x1

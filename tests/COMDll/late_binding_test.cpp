@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "columns/mutable_columns.h"
+#include "events/change_events.h"
 #include "lists/mutable_record_list.h"
 #include "support/test_support.h"
 
@@ -134,6 +135,28 @@ TEST(LateBinding, ArgumentsAreCoercedDereferencedAndPropertiesPut) {
   EXPECT_EQ(listen.On(target, IdOf(target, OLESTR("AddColumnsChangeListener")), DISPATCH_METHOD), S_OK);
   SysFreeString(name);
   name = nullptr;
+}
+
+// Scripts tell a boolean from a number by its kind; the 16 bits stay as they
+// are (a stopped event answers 1, not -1).
+template <class Event>
+unique_variant StoppedFlagOf(bool stop) {
+  const auto event = make_object<Event>();
+  if (stop) event->Stop();
+  const auto target = event.template try_query<IDispatch>();
+  Call isStopped({});
+  EXPECT_EQ(isStopped.On(target.get(), IdOf(target.get(), OLESTR("IsStopped")), DISPATCH_METHOD), S_OK);
+  return std::move(isStopped.result);
+}
+
+TEST(LateBinding, StoppedFlagsAreBooleans) {
+  for (const unique_variant& flag : {StoppedFlagOf<RecordChangeEvent>(true), StoppedFlagOf<RecordListChangeEvent>(true),
+                                     StoppedFlagOf<RecordListValueChangeEvent>(true)}) {
+    EXPECT_EQ(flag.vt(), VT_BOOL);
+    EXPECT_EQ(flag->boolVal, 1);
+  }
+  const unique_variant columns = StoppedFlagOf<ColumnsChangeEvent>(false);
+  EXPECT_EQ(columns.vt(), VT_BOOL);
 }
 
 }  // namespace
