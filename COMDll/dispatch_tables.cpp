@@ -234,6 +234,8 @@ const DispatchTable kTables[] = {
 
 }  // namespace
 
+std::span<const DispatchTable> DispatchTables() noexcept { return kTables; }
+
 const DispatchTable* FindDispatchTable(REFIID iid) noexcept {
   for (const DispatchTable& table : kTables) {
     if (*table.iid == iid) return &table;

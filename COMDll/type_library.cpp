@@ -8,8 +8,8 @@ namespace brevo {
 HRESULT LibraryTypeInfo(REFGUID guid, ITypeInfo** info) noexcept {
   if (info == nullptr) return E_POINTER;
   *info = nullptr;
-  // The version of the idl's library block.
-  return platform::GetLibraryTypeInfo(kTypeLibraryId, 1, 0, guid, info);
+  // The version of the idl's library block; the file widl makes from it.
+  return platform::GetLibraryTypeInfo(kTypeLibraryId, 1, 0, L"BrevoRecordList.tlb", guid, info);
 }
 
 }  // namespace brevo

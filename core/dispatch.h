@@ -4,6 +4,7 @@
 // wrapper, with the same result and error info, as an early-bound one.
 #pragma once
 
+#include <span>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -37,6 +38,8 @@ struct DispatchTable {
 // The table of a dual interface (defined with the module's late-bound layer);
 // a class answers late-bound calls through the table of its first interface.
 const DispatchTable* FindDispatchTable(REFIID iid) noexcept;
+// Every table, for checks against the type library.
+std::span<const DispatchTable> DispatchTables() noexcept;
 
 // The type information of one of the library's interfaces or classes, from
 // the module's type library (defined with the module); fails, with *info

@@ -11,11 +11,12 @@
 namespace brevo::platform {
 
 // The type information of guid (an interface or a class) in the type library
-// `library` of the given version: the registered one, else the file beside the
-// module that holds this code, named like the module with the extension
-// ".tlb". The type library is loaded once per process (a module has one).
+// `library` of the given version: the registered one, else the file `fileName`
+// in the folder of the module that holds this code. The type library is loaded
+// once per process (a module has one).
 // Where there is none (the native build has no type libraries) the result is
 // E_NOTIMPL.
-HRESULT GetLibraryTypeInfo(REFGUID library, WORD major, WORD minor, REFGUID guid, ITypeInfo** info);
+HRESULT GetLibraryTypeInfo(REFGUID library, WORD major, WORD minor, const wchar_t* fileName, REFGUID guid,
+                           ITypeInfo** info);
 
 }  // namespace brevo::platform

@@ -2,7 +2,7 @@
 
 namespace brevo::platform {
 
-HRESULT GetLibraryTypeInfo(REFGUID, WORD, WORD, REFGUID, ITypeInfo** info) {
+HRESULT GetLibraryTypeInfo(REFGUID, WORD, WORD, const wchar_t*, REFGUID, ITypeInfo** info) {
   if (info != nullptr) *info = nullptr;
   return E_NOTIMPL;
 }
