@@ -56,6 +56,33 @@ class _bstr_t {
   Data* data_ = nullptr;
 };
 
+// The sole owner of one BSTR on its way to a caller: nothing shared, no
+// narrow copy, so handing it out costs no allocation beyond the string.
+class unique_bstr {
+ public:
+  unique_bstr() noexcept = default;
+  explicit unique_bstr(BSTR text) noexcept : text_(text) {}
+  unique_bstr(unique_bstr&& other) noexcept : text_(other.release()) {}
+  unique_bstr& operator=(unique_bstr&& other) noexcept {
+    if (this != &other) {
+      SysFreeString(text_);
+      text_ = other.release();
+    }
+    return *this;
+  }
+  ~unique_bstr() { SysFreeString(text_); }
+
+  BSTR get() const noexcept { return text_; }
+  BSTR release() noexcept {
+    const BSTR text = text_;
+    text_ = nullptr;
+    return text;
+  }
+
+ private:
+  BSTR text_ = nullptr;
+};
+
 // Exact, case-sensitive equality of two wide strings as held in BSTRs:
 // both null, or the same length and code units.
 bool SameText(const OLECHAR* a, const OLECHAR* b) noexcept;

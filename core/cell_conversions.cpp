@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/bv_exception.h"
+#include "core/com_error.h"
 #include "core/number_text.h"
 
 namespace brevo::cell {
@@ -55,6 +56,11 @@ std::optional<std::string> TextOf(const VARIANT& value) {
 }
 
 BYTE FirstByte(const std::string& text) { return static_cast<BYTE>(text.empty() ? 0 : text[0]); }
+
+unique_bstr Allocated(BSTR text) {
+  if (text == nullptr) _com_issue_error(E_OUTOFMEMORY);
+  return unique_bstr(text);
+}
 
 }  // namespace
 
@@ -124,15 +130,18 @@ std::optional<BYTE> AsByte(const VARIANT& value) {
   }
 }
 
-std::optional<_bstr_t> AsString(const VARIANT& value) {
+std::optional<unique_bstr> AsString(const VARIANT& value) {
   switch (value.vt) {
     case VT_EMPTY:
     case VT_NULL:
-    case VT_UNKNOWN: return _bstr_t();
-    case VT_BSTR: return _bstr_t(value.bstrVal, true);
+    case VT_UNKNOWN: return unique_bstr();
+    case VT_BSTR:
+      if (value.bstrVal == nullptr) return unique_bstr();
+      return Allocated(SysAllocStringByteLen(reinterpret_cast<const char*>(value.bstrVal),
+                                             SysStringByteLen(value.bstrVal)));
     case VT_BOOL: throw EBvException(OLESTR("Cannot convert from boolean to string."));
     default:
-      if (const auto text = TextOf(value)) return _bstr_t(text->c_str());
+      if (const auto text = TextOf(value)) return Allocated(platform::AnsiToBstr(text->c_str(), text->size()));
       return std::nullopt;
   }
 }

@@ -19,6 +19,6 @@ std::optional<SHORT> AsInt16(const VARIANT& value);
 std::optional<LONGLONG> AsInt64(const VARIANT& value);
 std::optional<BYTE> AsByte(const VARIANT& value);
 // Raises for a boolean; the record's guard reports its own message.
-std::optional<_bstr_t> AsString(const VARIANT& value);
+std::optional<unique_bstr> AsString(const VARIANT& value);
 
 }  // namespace brevo::cell

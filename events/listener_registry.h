@@ -8,6 +8,7 @@
 #include "core/bv_exception.h"
 #include "core/com_ptr.h"
 #include "core/script_call.h"
+#include "events/event_demand.h"
 
 namespace brevo {
 
@@ -25,14 +26,22 @@ class ListenerRegistry {
 
   // A script object that has only IDispatch is kept as an adapter that calls
   // it by name; the adapter answers for the script object's identity.
-  void Add(Listener* listener) { listeners_.push_back(AsCallback<Listener>(listener)); }
+  void Add(Listener* listener) {
+    Entry entry{AsCallback<Listener>(listener), nullptr};
+    if (entry.listener) {
+      com_ptr<IEventDemand> demand;
+      // The entry's own reference keeps the object alive.
+      if (entry.listener->QueryInterface(iid_of<IEventDemand>(), demand.put_void()) == S_OK) entry.demand = demand.get();
+    }
+    listeners_.push_back(std::move(entry));
+  }
 
   // Erases the first entry that is listener itself or the same COM object.
   void Remove(Listener* listener) {
     try {
       for (auto it = listeners_.begin(); it != listeners_.end(); ++it) {
-        if (Matches(it->get(), listener)) {
-          const com_ptr<Listener> removed = std::move(*it);  // released after the erase
+        if (Matches(it->listener.get(), listener)) {
+          const com_ptr<Listener> removed = std::move(it->listener);  // released after the erase
           listeners_.erase(it);
           return;
         }
@@ -50,6 +59,7 @@ class ListenerRegistry {
   template <class Event, class EventSource>
   bool NotifyBefore(Method<Event> method, EventSource&& source) {
     for (std::size_t i = 0; i < listeners_.size(); ++i) {
+      if (Skips(i, true)) continue;
       Event* event = Resolve(source);
       CallOne(i, method, event);
       VARIANT_BOOL stopped = 0;
@@ -62,7 +72,9 @@ class ListenerRegistry {
   // Calls method on every listener in order; an error ends the loop.
   template <class Event, class EventSource>
   void NotifyAfter(Method<Event> method, EventSource&& source) {
-    for (std::size_t i = 0; i < listeners_.size(); ++i) CallOne<Event>(i, method, Resolve(source));
+    for (std::size_t i = 0; i < listeners_.size(); ++i) {
+      if (!Skips(i, false)) CallOne<Event>(i, method, Resolve(source));
+    }
   }
 
  private:
@@ -85,15 +97,26 @@ class ListenerRegistry {
     return a == b;
   }
 
+  bool Skips(std::size_t i, bool before) noexcept {
+    IEventDemand* demand = listeners_[i].demand;
+    if (demand == nullptr || demand->WantsEvent()) return false;
+    demand->Skipped(before);
+    return true;
+  }
+
   template <class Event>
   void CallOne(std::size_t i, Method<Event> method, Event* event) {
-    const com_ptr<Listener> listener = listeners_[i];  // may remove itself meanwhile
+    const com_ptr<Listener> listener = listeners_[i].listener;  // may remove itself meanwhile
     if (!listener) _com_issue_error(E_POINTER);
     const HRESULT hr = (listener.get()->*method)(event);
     if (FAILED(hr)) _com_issue_errorex(hr, listener.get(), iid_of<Listener>());
   }
 
-  std::vector<com_ptr<Listener>> listeners_;
+  struct Entry {
+    com_ptr<Listener> listener;
+    IEventDemand* demand;  // the listener's, when it can do without events
+  };
+  std::vector<Entry> listeners_;
   const OLECHAR* removalMessage_;
 };
 

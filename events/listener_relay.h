@@ -5,15 +5,17 @@
 #pragma once
 
 #include "core/implements.h"
+#include "events/event_demand.h"
 #include "events/listener_interfaces.h"
 
 namespace brevo {
 
-template <class Derived, class Listener>
-class ListenerRelay : public implements<Derived, Listener> {
+template <class Derived, class Listener, class... Others>
+class ListenerRelay : public implements<Derived, Listener, Others...> {
  public:
   explicit ListenerRelay(Listener* target) noexcept : target_(target) {}
   void Detach() noexcept { target_ = nullptr; }
+  bool Detached() const noexcept { return target_ == nullptr; }
 
  protected:
   template <class Event>
@@ -35,10 +37,17 @@ class PropertyChangeRelay : public ListenerRelay<PropertyChangeRelay, IPropertyC
   }
 };
 
-class RecordChangeRelay : public ListenerRelay<RecordChangeRelay, IRecordChangeListener> {
+// Asks its owner, if it has one to ask, whether a change needs an event.
+class RecordChangeRelay : public ListenerRelay<RecordChangeRelay, IRecordChangeListener, IEventDemand> {
  public:
   static constexpr CLSID kClassId = {0x7E3DDE40, 0x54EA, 0x4F37, 0xB3, 0xC1, 0x32, 0x46, 0x4A, 0x21, 0xB9, 0xC9};
-  using ListenerRelay::ListenerRelay;
+  explicit RecordChangeRelay(IRecordChangeListener* target, EventDemand* owner = nullptr) noexcept
+      : ListenerRelay(target), owner_(owner) {}
+
+  bool WantsEvent() noexcept override { return !Detached() && (owner_ == nullptr || owner_->WantsEvent()); }
+  void Skipped(bool before) noexcept override {
+    if (!Detached() && owner_ != nullptr) owner_->Skipped(before);
+  }
 
   STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override {
     return Forward(&IRecordChangeListener::ValueBeforeChange, e);
@@ -46,6 +55,9 @@ class RecordChangeRelay : public ListenerRelay<RecordChangeRelay, IRecordChangeL
   STDMETHODIMP ValueAfterChange(IRecordChangeEvent* e) override {
     return Forward(&IRecordChangeListener::ValueAfterChange, e);
   }
+
+ private:
+  EventDemand* owner_;
 };
 
 class ColumnsChangeRelay : public ListenerRelay<ColumnsChangeRelay, IColumnsChangeListener> {

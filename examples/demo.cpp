@@ -101,7 +101,7 @@ int main() {
       {"empty", [](OneCell&) {}},
       {"Int32 70000", [](OneCell& r) { r.SetValueAsInt32(0, 70000); }},
       {"Double -2.9", [](OneCell& r) { r.SetValueAsDouble(0, -2.9); }},
-      {"String \"12abc\"", [](OneCell& r) { r.SetValueAsString(0, _bstr_t(OLESTR("12abc"))); }},
+      {"String \"12abc\"", [](OneCell& r) { r.SetValueAsString(0, _bstr_t(OLESTR("12abc")).GetBSTR()); }},
       {"Boolean true", [](OneCell& r) { r.SetValueAsBoolean(0, VARIANT_TRUE); }},
       {"Boolean 1", [](OneCell& r) { r.SetValueAsBoolean(0, 1); }},
       {"Byte 200", [](OneCell& r) { r.SetValueAsByte(0, 200); }},
@@ -125,7 +125,7 @@ int main() {
                 Reading([&] { return number(record.GetValueAsInt16(0)); }).c_str(),
                 Reading([&] { return number(record.GetValueAsInt64(0)); }).c_str(),
                 Reading([&] { return number(record.GetValueAsByte(0)); }).c_str(),
-                Reading([&] { return Quoted(record.GetValueAsString(0)); }).c_str());
+                Reading([&] { return Quoted(_bstr_t(record.GetValueAsString(0).release(), false)); }).c_str());
   }
   std::printf("\n! marks a refusal, with the getter's own message.\n");
   return 0;

@@ -12,7 +12,8 @@ AbstractMutableRecordList::~AbstractMutableRecordList() = default;
 
 IRecordChangeListener* AbstractMutableRecordList::RecordRelay() {
   if (!relay_) {
-    relay_ = make_object<RecordChangeRelay>(com_ptr<IMutableRecordList>(Self()).query<IRecordChangeListener>().get());
+    relay_ = make_object<RecordChangeRelay>(com_ptr<IMutableRecordList>(Self()).query<IRecordChangeListener>().get(),
+                                            this);
   }
   return relay_.get();
 }

@@ -3,6 +3,7 @@
 // listeners, and the filter and sort workspaces that iterators walk.
 #pragma once
 
+#include "events/event_demand.h"
 #include "events/summaries.h"
 #include "lists/list_interfaces.h"
 
@@ -10,7 +11,7 @@ namespace brevo {
 
 class RecordChangeRelay;
 
-class AbstractMutableRecordList {
+class AbstractMutableRecordList : public EventDemand {
  public:
   AbstractMutableRecordList();
   virtual ~AbstractMutableRecordList();
@@ -25,6 +26,12 @@ class AbstractMutableRecordList {
   // A value change in one of the list's records.
   void ValueBeforeChange(IRecordChangeEvent* event);
   void ValueAfterChange(IRecordChangeEvent* event);
+  // Without value listeners, or with events off, a record's change needs no
+  // event on its way to the list.
+  bool WantsEvent() noexcept override { return events_.enabled() && !valueListeners_.empty(); }
+  void Skipped(bool before) noexcept override {
+    if (before && !events_.enabled()) events_.MarkPending(kValuesPending);
+  }
 
  protected:
 

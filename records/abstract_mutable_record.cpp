@@ -16,38 +16,37 @@ unique_variant MakeValue(VARTYPE vt, Payload VARIANT::*field, Payload payload) {
 }  // namespace
 
 void AbstractMutableRecord::SetValueAsBoolean(ULONG index, VARIANT_BOOL value) {
-  SetValue(index, MakeValue(VT_BOOL, &VARIANT::boolVal, value).get());
+  SetOwnedValue(index, MakeValue(VT_BOOL, &VARIANT::boolVal, value));
 }
 
 void AbstractMutableRecord::SetValueAsByte(ULONG index, BYTE value) {
-  SetValue(index, MakeValue(VT_UI1, &VARIANT::bVal, value).get());
+  SetOwnedValue(index, MakeValue(VT_UI1, &VARIANT::bVal, value));
 }
 
 void AbstractMutableRecord::SetValueAsDouble(ULONG index, double value) {
-  SetValue(index, MakeValue(VT_R8, &VARIANT::dblVal, value).get());
+  SetOwnedValue(index, MakeValue(VT_R8, &VARIANT::dblVal, value));
 }
 
 void AbstractMutableRecord::SetValueAsFloat(ULONG index, float value) {
-  SetValue(index, MakeValue(VT_R4, &VARIANT::fltVal, value).get());
+  SetOwnedValue(index, MakeValue(VT_R4, &VARIANT::fltVal, value));
 }
 
 void AbstractMutableRecord::SetValueAsInt32(ULONG index, LONG value) {
-  SetValue(index, MakeValue(VT_I4, &VARIANT::lVal, value).get());
+  SetOwnedValue(index, MakeValue(VT_I4, &VARIANT::lVal, value));
 }
 
 void AbstractMutableRecord::SetValueAsInt16(ULONG index, SHORT value) {
-  SetValue(index, MakeValue(VT_I2, &VARIANT::iVal, value).get());
+  SetOwnedValue(index, MakeValue(VT_I2, &VARIANT::iVal, value));
 }
 
 void AbstractMutableRecord::SetValueAsInt64(ULONG index, LONGLONG value) {
-  SetValue(index, MakeValue(VT_EMPTY, &VARIANT::llVal, value).get());
+  SetOwnedValue(index, MakeValue(VT_EMPTY, &VARIANT::llVal, value));
 }
 
-void AbstractMutableRecord::SetValueAsString(ULONG index, const _bstr_t& value) {
-  const BSTR text = value.GetBSTR();
-  const BSTR copy = SysAllocStringByteLen(reinterpret_cast<const char*>(text), SysStringByteLen(text));
+void AbstractMutableRecord::SetValueAsString(ULONG index, BSTR value) {
+  const BSTR copy = SysAllocStringByteLen(reinterpret_cast<const char*>(value), SysStringByteLen(value));
   if (copy == nullptr) _com_issue_error(E_OUTOFMEMORY);
-  SetValue(index, MakeValue(VT_BSTR, &VARIANT::bstrVal, copy).get());
+  SetOwnedValue(index, MakeValue(VT_BSTR, &VARIANT::bstrVal, copy));
 }
 
 }  // namespace brevo

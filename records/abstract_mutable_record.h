@@ -10,6 +10,9 @@ namespace brevo {
 class AbstractMutableRecord : public AbstractRecordReadOnly {
  public:
   virtual void SetValue(ULONG index, const VARIANT& newVal) = 0;
+  // SetValue with a value the caller gives away, so that storing it needs no
+  // second copy.
+  virtual void SetOwnedValue(ULONG index, unique_variant newVal) { SetValue(index, newVal.get()); }
 
   // The 16 bits are stored as given: 1 stays 1.
   void SetValueAsBoolean(ULONG index, VARIANT_BOOL value);
@@ -22,7 +25,7 @@ class AbstractMutableRecord : public AbstractRecordReadOnly {
   // column type accepts an empty value.
   void SetValueAsInt64(ULONG index, LONGLONG value);
   // A byte-exact copy of the string; a null string arrives as an empty one.
-  void SetValueAsString(ULONG index, const _bstr_t& value);
+  void SetValueAsString(ULONG index, BSTR value);
 };
 
 }  // namespace brevo

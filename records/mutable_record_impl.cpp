@@ -46,7 +46,7 @@ unique_variant MutableRecordImpl::ElementAt(std::size_t element) {
   return stored;
 }
 
-unique_variant MutableRecordImpl::GetValue(ULONG index) {
+std::size_t MutableRecordImpl::ElementOf(ULONG index) {
   LONG position = 0;
   try {
     position = StoragePosition(index);
@@ -55,6 +55,18 @@ unique_variant MutableRecordImpl::GetValue(ULONG index) {
   }
   const std::size_t element = static_cast<std::size_t>(position) + 1;  // -1 reads element 0
   CheckedAt(values_, element);
+  return element;
+}
+
+const VARIANT* MutableRecordImpl::PeekValue(ULONG index) {
+  const std::size_t element = ElementOf(index);
+  // The record's own reference reads as a counted copy.
+  if (element == 0 && selfInElementZero_) return nullptr;
+  return &values_[element].get();
+}
+
+unique_variant MutableRecordImpl::GetValue(ULONG index) {
+  const std::size_t element = ElementOf(index);
   try {
     return ElementAt(element);
   } catch (...) {
@@ -62,7 +74,11 @@ unique_variant MutableRecordImpl::GetValue(ULONG index) {
   }
 }
 
-void MutableRecordImpl::SetValue(ULONG index, const VARIANT& newVal) {
+void MutableRecordImpl::SetValue(ULONG index, const VARIANT& newVal) { Store(index, newVal, nullptr); }
+
+void MutableRecordImpl::SetOwnedValue(ULONG index, unique_variant newVal) { Store(index, newVal.get(), &newVal); }
+
+void MutableRecordImpl::Store(ULONG index, const VARIANT& newVal, unique_variant* owned) {
   const LONG position = StoragePosition(index);
   const ULONG type = columnsRaw_->ColumnTypeAt(static_cast<ULONG>(position));
   if (!FitsColumnType(newVal, type)) {
@@ -79,7 +95,7 @@ void MutableRecordImpl::SetValue(ULONG index, const VARIANT& newVal) {
   // Greater is refused; equal reaches the array's own bounds check.
   const std::size_t element = static_cast<std::size_t>(position) + 1;
   if (element > values_.size()) throw EBvException(OLESTR("The index is bigger then the size of the array."));
-  CheckedAt(values_, element) = unique_variant(newVal);
+  CheckedAt(values_, element) = owned != nullptr ? std::move(*owned) : unique_variant(newVal);
   if (element == 0) selfInElementZero_ = false;
 
   if (events_.enabled()) {

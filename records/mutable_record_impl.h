@@ -16,7 +16,9 @@ class MutableRecordImpl : public AbstractMutableRecord {
  public:
   void Create(IMutableColumns* columns);
   unique_variant GetValue(ULONG index) override;
+  const VARIANT* PeekValue(ULONG index) override;
   void SetValue(ULONG index, const VARIANT& newVal) override;
+  void SetOwnedValue(ULONG index, unique_variant newVal) override;
   // An unknown name reads as an empty value, while writing to one fails.
   unique_variant GetValueByName(const _bstr_t& name);
   void SetValueByName(const _bstr_t& name, const VARIANT& newVal);
@@ -40,6 +42,10 @@ class MutableRecordImpl : public AbstractMutableRecord {
 
  private:
   LONG StoragePosition(ULONG index);
+  // The element that holds the cell at a column index, with GetValue's checks.
+  std::size_t ElementOf(ULONG index);
+  // newVal is copied into its cell, or moved there when owned is given.
+  void Store(ULONG index, const VARIANT& newVal, unique_variant* owned);
   unique_variant ElementAt(std::size_t element);
 
   EventsSwitch<1> events_;

@@ -33,7 +33,7 @@ class RecordReader : public implements<Derived, Interface, Others...>, public Im
     return Read(RetVal, [&] { *RetVal = Impl::GetValueAsInt64(index); });
   }
   STDMETHODIMP GetValueAsString(ULONG index, BSTR* RetVal) override {
-    return Read(RetVal, [&] { *RetVal = Impl::GetValueAsString(index).Detach(); });
+    return Read(RetVal, [&] { *RetVal = Impl::GetValueAsString(index).release(); });
   }
   STDMETHODIMP GetValueAsByte(ULONG index, BYTE* RetVal) override {
     return Read(RetVal, [&] { *RetVal = Impl::GetValueAsByte(index); });

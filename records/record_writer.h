@@ -39,7 +39,7 @@ class RecordWriter : public RecordReader<Derived, IMutableRecord, Impl, Others..
     return Read([&] { Impl::SetValueAsInt16(index, newVal); });
   }
   STDMETHODIMP SetValueAsString(ULONG index, BSTR newVal) override {
-    return Read([&] { Impl::SetValueAsString(index, _bstr_t(newVal, true)); });
+    return Read([&] { Impl::SetValueAsString(index, newVal); });
   }
   STDMETHODIMP SetValueByName(BSTR name, VARIANT newVal) override {
     return Read([&] { Impl::SetValueByName(_bstr_t(name, true), newVal); });

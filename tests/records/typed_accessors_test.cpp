@@ -153,7 +153,7 @@ TEST_P(ConversionMatrix, EveryGetterReadsOrRefusesWithItsOwnMessage) {
   Expect<LONGLONG>("int64", [&] { return record.GetValueAsInt64(0); }, row.int64, "Cannot convert to long.", same);
   Expect<BYTE>("byte", [&] { return record.GetValueAsByte(0); }, row.byte, "Cannot convert to byte.", same);
   Expect<const char*>(
-      "string", [&] { return record.GetValueAsString(0); }, row.text, "Cannot convert to string.",
+      "string", [&] { return _bstr_t(record.GetValueAsString(0).release(), false); }, row.text, "Cannot convert to string.",
       [](const _bstr_t& actual, const char* expected) {
         if (expected == nullptr) {
           EXPECT_TRUE(actual.is_null());
@@ -199,11 +199,11 @@ TEST(TypedGetters, RealEdgeValuesReadPortably) {
   record.cell = R8(std::numeric_limits<double>::infinity());
   EXPECT_EQ(record.GetValueAsInt32(0), std::numeric_limits<LONG>::min());
   EXPECT_EQ(record.GetValueAsInt64(0), std::numeric_limits<LONGLONG>::min());
-  EXPECT_EQ(Narrow(record.GetValueAsString(0)), "inf");
+  EXPECT_EQ(Narrow(record.GetValueAsString(0).get()), "inf");
   record.cell = R8(std::nan(""));
   EXPECT_EQ(record.GetValueAsInt32(0), std::numeric_limits<LONG>::min());
   record.cell = R8(1e20);
-  EXPECT_EQ(Narrow(record.GetValueAsString(0)), "100000000000000000000.000000");
+  EXPECT_EQ(Narrow(record.GetValueAsString(0).get()), "100000000000000000000.000000");
   record.cell = MakeString(OLESTR("99999999999"));
   EXPECT_EQ(record.GetValueAsInt32(0), std::numeric_limits<LONG>::max());
   EXPECT_EQ(record.GetValueAsInt64(0), std::numeric_limits<LONG>::max());
@@ -253,13 +253,13 @@ TEST(TypedSetters, StringIsAByteExactCopyAndNullArrivesEmpty) {
   OneCellRecord record;
   // Three bytes: an odd byte length must survive the copy.
   const _bstr_t odd(SysAllocStringByteLen("abc", 3), false);
-  record.SetValueAsString(0, odd);
+  record.SetValueAsString(0, odd.GetBSTR());
   ASSERT_EQ(record.stored.vt(), VT_BSTR);
   EXPECT_NE(record.stored->bstrVal, odd.GetBSTR());
   EXPECT_EQ(SysStringByteLen(record.stored->bstrVal), 3u);
   EXPECT_TRUE(SameText(record.stored->bstrVal, odd));
 
-  record.SetValueAsString(0, _bstr_t());
+  record.SetValueAsString(0, nullptr);
   ASSERT_EQ(record.stored.vt(), VT_BSTR);
   ASSERT_NE(record.stored->bstrVal, nullptr);
   EXPECT_EQ(SysStringLen(record.stored->bstrVal), 0u);
@@ -267,7 +267,7 @@ TEST(TypedSetters, StringIsAByteExactCopyAndNullArrivesEmpty) {
 
 TEST(TypedSetters, PassFailuresOfSetValueThrough) {
   OneCellRecord record;
-  EXPECT_THROW(record.SetValueAsString(1, _bstr_t(OLESTR("x"))), EBvException);
+  EXPECT_THROW(record.SetValueAsString(1, _bstr_t(OLESTR("x")).GetBSTR()), EBvException);
   EXPECT_EQ(record.stored.vt(), VT_EMPTY);
 }
 
