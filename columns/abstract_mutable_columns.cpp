@@ -115,6 +115,11 @@ com_ptr<IMutableColumn> AbstractMutableColumns::MutableColumn(ULONG index) {
   return CheckedAt(columns_, index).column;
 }
 
+ULONG AbstractMutableColumns::ColumnTypeAt(ULONG index) {
+  if (index > columns_.size()) throw EBvException(MessageWithIndex("There is no such index : ", index));
+  return CheckedAt(columns_, index).raw->ColumnType();
+}
+
 com_ptr<IColumns> AbstractMutableColumns::Columns() {
   if (!view_) {
     auto view = make_object<brevo::Columns>();

@@ -30,6 +30,8 @@ class AbstractMutableColumns {
   // An index greater than the size is refused with a message; one equal to it
   // reaches the array's own bounds check.
   virtual com_ptr<IMutableColumn> MutableColumn(ULONG index);
+  // The type of the column MutableColumn(index) gives, with the same checks.
+  virtual ULONG ColumnTypeAt(ULONG index);
   virtual com_ptr<IColumns> Columns();
   virtual ULONG Size();
   void EnableMutableColumnsEvents(VARIANT_BOOL flag);

@@ -65,11 +65,7 @@ class ColumnsFacade : public implements<Derived, IMutableColumns, IMutableColumn
   ULONG Size() override { return Impl::Size(); }
   LONG IndexOf(const _bstr_t& name) override { return Impl::IndexOf(name); }
   com_ptr<IMutableColumn> MutableColumnAt(ULONG index) override { return Impl::MutableColumn(index); }
-  ULONG ColumnTypeAt(ULONG index) override {
-    ULONG type = 0;
-    ThrowIfFailed(Impl::MutableColumn(index)->get_ColumnType(&type));
-    return type;
-  }
+  ULONG ColumnTypeAt(ULONG index) override { return Impl::ColumnTypeAt(index); }
   com_ptr<IMutableColumn> AddColumn(const _bstr_t& name, ULONG type) override {
     return Impl::AddColumn(name, type);
   }

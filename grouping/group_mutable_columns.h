@@ -20,6 +20,7 @@ class GroupMutableColumnsImpl : public AbstractMutableColumns {
   void RemoveColumn(ULONG index);
   LONG IndexOf(const _bstr_t& name) override { return Grouped()->IndexOf(name); }
   com_ptr<IMutableColumn> MutableColumn(ULONG index) override { return Grouped()->MutableColumnAt(index); }
+  ULONG ColumnTypeAt(ULONG index) override { return Grouped()->ColumnTypeAt(index); }
   com_ptr<IColumns> Columns() override;
   ULONG Size() override { return Grouped()->Size(); }
   ULONG GetIndexOfColumn(ULONG index) override { return IndexMap()->GetIndexOfColumn(index); }

@@ -10,8 +10,8 @@ namespace {
 
 // Whatever goes wrong while converting, the caller sees the getter's own
 // message; failures of reading the cell itself pass through untouched.
-template <class Result>
-Result Convert(const VARIANT& value, std::optional<Result> (*convert)(const VARIANT&), const OLECHAR* message) {
+template <auto convert>
+auto Convert(const VARIANT& value, const OLECHAR* message) {
   try {
     if (auto result = convert(value)) return std::move(*result);
   } catch (...) {
@@ -21,44 +21,44 @@ Result Convert(const VARIANT& value, std::optional<Result> (*convert)(const VARI
 
 }  // namespace
 
-template <class Result>
-Result AbstractRecordReadOnly::ReadAs(ULONG index, std::optional<Result> (*convert)(const VARIANT&),
-                                      const OLECHAR* message) {
-  if (const VARIANT* stored = PeekValue(index)) return Convert(*stored, convert, message);
+// The converter is a template argument so that it is inlined into the getter.
+template <auto convert>
+auto AbstractRecordReadOnly::ReadAs(ULONG index, const OLECHAR* message) {
+  if (const VARIANT* stored = PeekValue(index)) return Convert<convert>(*stored, message);
   const unique_variant copy = GetValue(index);
-  return Convert(copy.get(), convert, message);
+  return Convert<convert>(copy.get(), message);
 }
 
 VARIANT_BOOL AbstractRecordReadOnly::GetValueAsBoolean(ULONG index) {
-  return ReadAs(index, &cell::AsBoolean, OLESTR("Cannot convert to boolean."));
+  return ReadAs<&cell::AsBoolean>(index, OLESTR("Cannot convert to boolean."));
 }
 
 double AbstractRecordReadOnly::GetValueAsDouble(ULONG index) {
-  return ReadAs(index, &cell::AsDouble, OLESTR("Cannot convert to double."));
+  return ReadAs<&cell::AsDouble>(index, OLESTR("Cannot convert to double."));
 }
 
 float AbstractRecordReadOnly::GetValueAsFloat(ULONG index) {
-  return ReadAs(index, &cell::AsFloat, OLESTR("Cannot convert to float."));
+  return ReadAs<&cell::AsFloat>(index, OLESTR("Cannot convert to float."));
 }
 
 LONG AbstractRecordReadOnly::GetValueAsInt32(ULONG index) {
-  return ReadAs(index, &cell::AsInt32, OLESTR("Cannot convert to int."));
+  return ReadAs<&cell::AsInt32>(index, OLESTR("Cannot convert to int."));
 }
 
 SHORT AbstractRecordReadOnly::GetValueAsInt16(ULONG index) {
-  return ReadAs(index, &cell::AsInt16, OLESTR("Cannot convert to short."));
+  return ReadAs<&cell::AsInt16>(index, OLESTR("Cannot convert to short."));
 }
 
 LONGLONG AbstractRecordReadOnly::GetValueAsInt64(ULONG index) {
-  return ReadAs(index, &cell::AsInt64, OLESTR("Cannot convert to long."));
+  return ReadAs<&cell::AsInt64>(index, OLESTR("Cannot convert to long."));
 }
 
 BYTE AbstractRecordReadOnly::GetValueAsByte(ULONG index) {
-  return ReadAs(index, &cell::AsByte, OLESTR("Cannot convert to byte."));
+  return ReadAs<&cell::AsByte>(index, OLESTR("Cannot convert to byte."));
 }
 
 unique_bstr AbstractRecordReadOnly::GetValueAsString(ULONG index) {
-  return ReadAs(index, &cell::AsString, OLESTR("Cannot convert to string."));
+  return ReadAs<&cell::AsString>(index, OLESTR("Cannot convert to string."));
 }
 
 }  // namespace brevo

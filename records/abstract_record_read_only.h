@@ -29,8 +29,8 @@ class AbstractRecordReadOnly {
   unique_bstr GetValueAsString(ULONG index);
 
  private:
-  template <class Result>
-  Result ReadAs(ULONG index, std::optional<Result> (*convert)(const VARIANT&), const OLECHAR* message);
+  template <auto convert>
+  auto ReadAs(ULONG index, const OLECHAR* message);
 };
 
 }  // namespace brevo

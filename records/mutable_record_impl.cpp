@@ -84,8 +84,11 @@ void MutableRecordImpl::Store(ULONG index, const VARIANT& newVal, unique_variant
   if (!FitsColumnType(newVal, type)) {
     throw EBvException(OLESTR("New value class type doesn't match the column type."));
   }
-  const unique_variant current = GetValue(index);
-  if (CellValuesEqual(newVal, &current.get())) return;
+  if (const VARIANT* stored = PeekValue(index)) {
+    if (CellValuesEqual(newVal, stored)) return;
+  } else if (const unique_variant current = GetValue(index); CellValuesEqual(newVal, &current.get())) {
+    return;
+  }
 
   auto event = MakeLazyEvent<RecordChangeEvent>(
       [&](RecordChangeEvent& e) { e.RecordChangeEventImpl::Initialize(Self(), position); });
