@@ -3,10 +3,10 @@
 // identity, and the "Before" (may veto) and "After" notification loops.
 #pragma once
 
-#include <vector>
 
 #include "core/bv_exception.h"
 #include "core/com_ptr.h"
+#include "core/first_inline_vector.h"
 #include "core/script_call.h"
 #include "events/event_demand.h"
 
@@ -39,10 +39,10 @@ class ListenerRegistry {
   // Erases the first entry that is listener itself or the same COM object.
   void Remove(Listener* listener) {
     try {
-      for (auto it = listeners_.begin(); it != listeners_.end(); ++it) {
-        if (Matches(it->listener.get(), listener)) {
-          const com_ptr<Listener> removed = std::move(it->listener);  // released after the erase
-          listeners_.erase(it);
+      for (std::size_t i = 0; i < listeners_.size(); ++i) {
+        if (Matches(listeners_[i].listener.get(), listener)) {
+          const com_ptr<Listener> removed = std::move(listeners_[i].listener);  // released after the erase
+          listeners_.erase(i);
           return;
         }
       }
@@ -116,7 +116,7 @@ class ListenerRegistry {
     com_ptr<Listener> listener;
     IEventDemand* demand;  // the listener's, when it can do without events
   };
-  std::vector<Entry> listeners_;
+  FirstInlineVector<Entry> listeners_;
   const OLECHAR* removalMessage_;
 };
 
