@@ -1,5 +1,6 @@
 #include "core/dispatch.h"
 
+#include <array>
 #include <vector>
 
 namespace brevo {
@@ -15,6 +16,10 @@ bool SameName(const OLECHAR* a, const OLECHAR* b) {
 }
 
 const DispatchMember* FindMember(const DispatchTable& table, DISPID id) {
+  // Ids mostly count from 1 in table order.
+  if (id >= 1 && static_cast<std::size_t>(id) <= table.count && table.members[id - 1].id == id) {
+    return &table.members[id - 1];
+  }
   for (std::size_t i = 0; i < table.count; ++i) {
     if (table.members[i].id == id) return &table.members[i];
   }
@@ -52,10 +57,9 @@ HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info) noexcept {
 }
 
 // The first name is a member; the others are its parameters, numbered by position.
-HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids) noexcept {
+HRESULT DispatchGetIDsOfNames(const DispatchTable* table, LPOLESTR* names, UINT count, DISPID* ids) noexcept {
   if (count == 0) return S_OK;
   if (names == nullptr || ids == nullptr) return E_POINTER;
-  const DispatchTable* table = FindDispatchTable(iid);
   const DispatchMember* found = nullptr;
   for (std::size_t i = 0; table != nullptr && found == nullptr && i < table->count; ++i) {
     for (const OLECHAR* name : table->members[i].names) {
@@ -75,9 +79,8 @@ HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* i
   return hr;
 }
 
-HRESULT DispatchInvoke(REFIID iid, IDispatch* target, DISPID member, WORD flags, DISPPARAMS* params,
-                       VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept {
-  const DispatchTable* table = FindDispatchTable(iid);
+HRESULT DispatchInvoke(const DispatchTable* table, IDispatch* target, DISPID member, WORD flags,
+                       DISPPARAMS* params, VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept {
   const DispatchMember* found = table != nullptr ? FindMember(*table, member) : nullptr;
   if (found == nullptr) return DISP_E_MEMBERNOTFOUND;
   DISPPARAMS none{};
@@ -94,7 +97,11 @@ HRESULT DispatchInvoke(REFIID iid, IDispatch* target, DISPID member, WORD flags,
   const UINT count = params->cArgs;
   const UINT named = params->cNamedArgs;
   if (named > count) return E_INVALIDARG;
-  std::vector<VARIANTARG*> args(count, nullptr);
+  // On the stack for any count a member can take; more only fail, later.
+  std::array<VARIANTARG*, 8> few{};
+  std::vector<VARIANTARG*> many;
+  if (count > few.size()) many.assign(count, nullptr);
+  VARIANTARG** args = count > few.size() ? many.data() : few.data();
   const UINT positional = count - named;
   for (UINT i = 0; i < positional; ++i) args[i] = &params->rgvarg[count - 1 - i];
   for (UINT j = 0; j < named; ++j) {
@@ -109,7 +116,7 @@ HRESULT DispatchInvoke(REFIID iid, IDispatch* target, DISPID member, WORD flags,
   }
 
   if (result != nullptr) VariantInit(result);
-  const HRESULT hr = call(target, args.data(), count, result, argErr);
+  const HRESULT hr = call(target, args, count, result, argErr);
   if (hr == DISP_E_BADPARAMCOUNT || hr == DISP_E_TYPEMISMATCH || hr == DISP_E_OVERFLOW) return hr;
   if (FAILED(hr)) {
     FillException(hr, excepInfo);

@@ -50,9 +50,10 @@ HRESULT LibraryTypeInfo(REFGUID guid, ITypeInfo** info) noexcept;
 // library is at hand, none otherwise.
 HRESULT DispatchGetTypeInfoCount(REFIID iid, UINT* count) noexcept;
 HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info) noexcept;
-HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
-HRESULT DispatchInvoke(REFIID iid, IDispatch* target, DISPID member, WORD flags, DISPPARAMS* params,
-                       VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept;
+// Late binding through a dual interface's table (null: the interface has none).
+HRESULT DispatchGetIDsOfNames(const DispatchTable* table, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
+HRESULT DispatchInvoke(const DispatchTable* table, IDispatch* target, DISPID member, WORD flags,
+                       DISPPARAMS* params, VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept;
 
 namespace dispatch {
 
@@ -73,6 +74,19 @@ template <class T>
 struct Scalar {
   unique_variant value;
   HRESULT Load(VARIANTARG* source, VARTYPE vt) {
+    // A number of the parameter's own kind is taken as it is: nothing to convert.
+    if (source->vt == vt && vt != VT_BSTR) {
+      value.get() = *source;
+      return S_OK;
+    }
+    // The index every script passes: a 32-bit integer for an unsigned one,
+    // refused when negative exactly as the runtime's coercion refuses it.
+    if (source->vt == VT_I4 && vt == VT_UI4) {
+      if (source->lVal < 0) return DISP_E_OVERFLOW;
+      value->vt = VT_UI4;
+      value->ulVal = static_cast<ULONG>(source->lVal);
+      return S_OK;
+    }
     return VariantChangeType(&value.get(), source, 0, vt);
   }
 };

@@ -122,11 +122,17 @@ class dispatch_layer<true, Derived, Interfaces...> : public object_root<Derived,
     return DispatchGetTypeInfo(iid_of<Dual>(), index, info);
   }
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
-    return DispatchGetIDsOfNames(iid_of<Dual>(), names, count, ids);
+    return DispatchGetIDsOfNames(Table(), names, count, ids);
   }
   STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                       EXCEPINFO* excepInfo, UINT* argErr) override {
-    return DispatchInvoke(iid_of<Dual>(), static_cast<Dual*>(this), member, flags, params, result, excepInfo, argErr);
+    return DispatchInvoke(Table(), static_cast<Dual*>(this), member, flags, params, result, excepInfo, argErr);
+  }
+
+ private:
+  static const DispatchTable* Table() noexcept {
+    static const DispatchTable* const table = FindDispatchTable(iid_of<Dual>());
+    return table;
   }
 };
 

@@ -130,6 +130,18 @@ TEST(LateBinding, ArgumentsAreCoercedDereferencedAndPropertiesPut) {
   ASSERT_EQ(type.On(zip, IdOf(zip, OLESTR("ColumnType")), DISPATCH_PROPERTYGET), S_OK);
   EXPECT_EQ(type.result->ulVal, 10u);
 
+  // An index given as a number of another kind is coerced like the runtime
+  // does it: 0 as a double or an unsigned number reads column 0, a negative
+  // number does not fit an unsigned index.
+  using Maker = unique_variant (*)();
+  for (const Maker index : {Maker{[] { return MakeValue(VT_R8, &VARIANT::dblVal, 0.0); }},
+                            Maker{[] { return MakeValue(VT_UI4, &VARIANT::ulVal, ULONG{0}); }}}) {
+    Call other(Args({index}));
+    EXPECT_EQ(other.On(target, IdOf(target, OLESTR("MutableColumn")), DISPATCH_METHOD), S_OK);
+  }
+  Call negative(Args({[] { return I4(-1); }}));
+  EXPECT_EQ(negative.On(target, IdOf(target, OLESTR("MutableColumn")), DISPATCH_METHOD), DISP_E_OVERFLOW);
+
   // Null (a script's null) is a null listener: added without complaint.
   Call listen(Args({[] { return MakeValue(VT_NULL); }}));
   EXPECT_EQ(listen.On(target, IdOf(target, OLESTR("AddColumnsChangeListener")), DISPATCH_METHOD), S_OK);
