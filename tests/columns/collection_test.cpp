@@ -236,6 +236,12 @@ TEST_F(ColumnCollection, ViewForwardsAndOutlivesItsCollectionSafely) {
   EXPECT_EQ(view->AddColumnsChangeListener(listener.get()), S_OK);
   Add(OLESTR("b"));
   EXPECT_EQ(transcript, (Transcript{"l.ColumnBeforeAdd(b)", "l.ColumnAfterAdd(b)"}));
+  // A refusal of the collection reaches the view's caller with its message.
+  const auto stranger = MakeRecorder("stranger", transcript);
+  EXPECT_EQ(view->RemoveColumnsChangeListener(stranger.get()), DISP_E_EXCEPTION);
+  EXPECT_EQ(TakeErrorInfo().description, "Cannot remove columns change listener.");
+  EXPECT_EQ(view->RemovePropertyChangeListener(stranger.get()), DISP_E_EXCEPTION);
+  EXPECT_EQ(TakeErrorInfo().description, "Cannot remove property change listener.");
 
   columns.reset();
   LONG size = 0;
