@@ -10,9 +10,11 @@
 # setup test that creates the prefix and starts one persistent wineserver,
 # and a cleanup test that stops it.
 #
-# brevo_add_wine_command_test(<name> COMMAND <windows program> [args...])
+# brevo_add_wine_command_test(<name> [HOST] COMMAND <windows program> [args...])
 #   Windows build only: runs an arbitrary program inside the prefix (e.g.
-#   cscript, regsvr32) under the same fixture.
+#   cscript, regsvr32) under the same fixture. HOST: the command is a host
+#   program (a shell script that calls wine-run.sh itself) run with the
+#   prefix in WINEPREFIX.
 
 include_guard(GLOBAL)
 
@@ -76,37 +78,48 @@ function(brevo_add_test target)
 endfunction()
 
 function(brevo_add_wine_command_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "COMMAND")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "HOST" "TIMEOUT" "COMMAND")
   if(NOT (CMAKE_CROSSCOMPILING AND WIN32))
     return()
   endif()
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
-  add_test(NAME ${name}
-           COMMAND "${_brevo_wine_dir}/wine-run.sh" ${arg_COMMAND})
+  set(_runner "${_brevo_wine_dir}/wine-run.sh")
+  if(arg_HOST)
+    set(_runner)
+  endif()
+  add_test(NAME ${name} COMMAND ${_runner} ${arg_COMMAND})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
   _brevo_wine_test_properties(${name})
 endfunction()
 
-# brevo_add_jscript_test(<name> FILE <script.js> [ARGS ...] [PASS_REGEX <re>])
-#   Windows build only: "cscript //nologo <script> args..." in the prefix.
+# brevo_add_cscript_test(<name> FILE <script.js|script.vbs> [ARGS ...]
+#                        [PASS_REGEX <re>] [FAIL_REGEX <re>])
+#   Windows build only: "cscript //nologo <script> args..." in the prefix;
+#   the extension picks JScript or VBScript.
 #   Wine 8's cscript exits 0 and prints nothing on an uncaught script error,
 #   and WScript.StdOut/StdErr are not implemented, so success is judged by
-#   output: the test passes only if stdout matches PASS_REGEX (default: the
-#   last line is BREVO-JS-OK).  Scripts should wrap their body in
-#   try/catch, WScript.Echo the error and WScript.Quit(1).
-function(brevo_add_jscript_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE;PASS_REGEX;TIMEOUT" "ARGS")
+#   output alone: the test passes only if stdout matches PASS_REGEX (default:
+#   a summary line "N passed, 0 failed") and fails if it matches FAIL_REGEX
+#   (default: a summary with failures). Scripts catch their own errors and
+#   WScript.Echo them.
+function(brevo_add_cscript_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE;PASS_REGEX;FAIL_REGEX;TIMEOUT" "ARGS")
   if(NOT (CMAKE_CROSSCOMPILING AND WIN32))
     return()
   endif()
   if(NOT arg_PASS_REGEX)
-    set(arg_PASS_REGEX "BREVO-JS-OK\r?\n$")
+    set(arg_PASS_REGEX "(^|\n)[0-9]+ passed, 0 failed")
   endif()
-  get_filename_component(_js "${arg_FILE}" ABSOLUTE)
-  brevo_wine_path(_js "${_js}")
+  if(NOT arg_FAIL_REGEX)
+    set(arg_FAIL_REGEX " [1-9][0-9]* failed")
+  endif()
+  get_filename_component(_script "${arg_FILE}" ABSOLUTE)
+  brevo_wine_path(_script "${_script}")
   brevo_add_wine_command_test(${name}
-    COMMAND cscript //nologo "${_js}" ${arg_ARGS} TIMEOUT ${arg_TIMEOUT})
-  set_tests_properties(${name} PROPERTIES PASS_REGULAR_EXPRESSION "${arg_PASS_REGEX}")
+    COMMAND cscript //nologo "${_script}" ${arg_ARGS} TIMEOUT ${arg_TIMEOUT})
+  set_tests_properties(${name} PROPERTIES
+    PASS_REGULAR_EXPRESSION "${arg_PASS_REGEX}"
+    FAIL_REGULAR_EXPRESSION "${arg_FAIL_REGEX}")
 endfunction()

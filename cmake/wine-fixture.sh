@@ -32,6 +32,12 @@ setup)
         # -i: initialise the prefix.  A message about syswow64\rundll32.exe
         # is expected on a 64-bit-only Wine (no wine32 installed).
         "$here/wine-run.sh" wineboot -i </dev/null >>"$log" 2>&1 || true
+        # A fresh prefix is left with a stalled service manager (RpcSs never
+        # starts, so every later program waits about 10 s for it): start over
+        # on the initialised prefix.
+        "$WINESERVER" -k >>"$log" 2>&1 || true
+        "$WINESERVER" -w >>"$log" 2>&1 || true
+        "$WINESERVER" -p </dev/null >>"$log" 2>&1
     fi
     # Warm-up: proves the prefix works, finishes any pending "configuration
     # has been updated" step and leaves the system processes running.

@@ -12,16 +12,16 @@
 namespace brevo::testing {
 namespace {
 
-struct ColumnSpec {
+struct ColumnDef {
   const OLECHAR* name;
   ULONG type;
 };
 
-com_ptr<IMutableColumns> Schema(std::initializer_list<ColumnSpec> specs) {
+com_ptr<IMutableColumns> Schema(std::initializer_list<ColumnDef> defs) {
   const com_ptr<IMutableColumns> columns(make_object<MutableColumns>().get());
-  for (const ColumnSpec& spec : specs) {
+  for (const ColumnDef& def : defs) {
     com_ptr<IMutableColumn> added;
-    EXPECT_EQ(columns->AddColumn(_bstr_t(spec.name).GetBSTR(), spec.type, added.put()), S_OK);
+    EXPECT_EQ(columns->AddColumn(_bstr_t(def.name).GetBSTR(), def.type, added.put()), S_OK);
   }
   return columns;
 }

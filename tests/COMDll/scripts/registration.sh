@@ -1,0 +1,110 @@
+#!/bin/sh
+# regsvr32 in the test prefix, checked against the classes root.
+#
+#   registration.sh register DLL     registers; every class's entries must be there
+#   registration.sh unregister DLL   unregisters; the class and ProgID keys and
+#                                    the module's AppID entries must be gone,
+#                                    the AppID root itself kept
+set -eu
+run="$(cd "$(dirname "$0")/../../../cmake" && pwd)/wine-run.sh"
+mode=${1:-}
+dll="Z:$(printf %s "${2:-}" | tr / '\\')"
+
+# Friendly name, version-independent ProgID, versioned ProgID.
+classes="MutableColumns BrevoRecordList.MutableColumns BrevoRecordList.MutableColumns.1
+MutableRecordList BrevoRecordList.MutableRecordList BrevoRecordList.MutableRecordList.1
+GroupMutableRecordList GroupMutableRecordList.GroupMutable GroupMutableRecordList.GroupMutable.1.0
+RecordChangeEvent BrevoRecordList.RecordChangeEvent BrevoRecordList.RecordChangeEvent.1
+ColumnsChangeEvent BrevoRecordList.ColumnsChangeEvent BrevoRecordList.ColumnsChangeEvent.1
+RecordListChangeEvent BrevoRecordList.RecordListChangeEvent BrevoRecordList.RecordListChangeEvent.1
+RecordListValueChangeEvent RecordListValueChangeEvent.RecordLi RecordListValueChangeEvent.RecordLi.1.0
+PropertyChangeEvent BrevoRecordList.PropertyChangeEvent BrevoRecordList.PropertyChangeEvent.1
+RecordListUtils BrevoRecordList.RecordListUtils BrevoRecordList.RecordListUtils.1
+RecordsFactory BrevoRecordList.RecordsFactory BrevoRecordList.RecordsFactory.1"
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# Writes the classes root to file $1 as lines "key" and "key|value name|data"
+# ("@" names the default value), from one "reg export": one reg query per
+# key would take some fifty Wine processes.
+classes_root() {
+    "$run" reg export HKCR "Z:$(printf %s "$work/hkcr.reg" | tr / '\\')" /y >/dev/null 2>&1 ||
+        { echo "reg export failed"; exit 1; }
+    iconv -f UTF-16LE -t UTF-8 "$work/hkcr.reg" | tr -d '\r' | awk '
+        /^\[HKEY_CLASSES_ROOT\\/ { key = substr($0, 20, length($0) - 20); print key; next }
+        /^@=/ { name = "@"; data = substr($0, 3) }
+        /^"[^"]*"=/ { match($0, /^"[^"]*"=/); name = substr($0, 2, RLENGTH - 3); data = substr($0, RLENGTH + 1) }
+        /^(@|")/ { if (data ~ /^".*"$/) data = substr(data, 2, length(data) - 2); gsub(/\\\\/, "\\", data); print key "|" name "|" data }
+    ' >"$1"
+}
+
+re() { printf %s "$1" | sed 's/[\\.]/\\&/g'; }  # $1 as a literal sed pattern
+data() { sed -n "s/^$(re "$2|$3|")//p" "$1" | head -n1; }  # data <listing> <key> <name>
+
+case "$mode" in
+register)
+    "$run" regsvr32 /s "$dll" || { echo "regsvr32 /s failed ($?)"; exit 1; }
+    classes_root "$work/root"
+    appid=$(data "$work/root" 'AppID\BrevoRecordList.DLL' AppID)
+    expected="AppID\\$appid|@|BrevoRecordList"
+    while read -r friendly plain versioned; do
+        clsid=$(data "$work/root" "$plain\\CLSID" @)
+        c="CLSID\\$clsid"
+        echo "registered $plain $clsid"
+        expected="$expected
+$plain|@|$friendly Object
+$plain\\CLSID|@|$clsid
+$plain\\CurVer|@|$versioned
+$versioned|@|$friendly Object
+$versioned\\CLSID|@|$clsid
+$c|@|$friendly Object
+$c\\InprocServer32|@|$dll
+$c\\InprocServer32|ThreadingModel|apartment
+$c\\ProgID|@|$versioned
+$c\\VersionIndependentProgID|@|$plain
+$c\\Programmable"
+    done <<EOF
+$classes
+EOF
+    missing=$(printf '%s\n' "$expected" | grep -vxF -f "$work/root" || true)
+    if [ -n "$missing" ]; then
+        printf 'MISSING %s\n' "$missing"
+        exit 1
+    fi
+    echo "registration complete"
+    ;;
+unregister)
+    classes_root "$work/before"
+    "$run" regsvr32 /u /s "$dll" || { echo "regsvr32 /u /s failed ($?)"; exit 1; }
+    classes_root "$work/after"
+    # Every key that names the module's classes, their ProgIDs and its AppID.
+    gone=$(sed -n "s/\\\\InprocServer32|@|$(re "$dll")\$//p" "$work/before")
+    while read -r _ plain versioned; do
+        gone="$gone
+$plain
+$versioned"
+    done <<EOF
+$classes
+EOF
+    appid=$(data "$work/before" 'AppID\BrevoRecordList.DLL' AppID)
+    gone="$gone
+AppID\\BrevoRecordList.DLL
+AppID\\$appid"
+    if [ -z "$appid" ] || [ "$(printf '%s\n' "$gone" | wc -l)" -ne 32 ]; then
+        echo "NOT REGISTERED before unregistration"
+        exit 1
+    fi
+    left=$(printf '%s\n' "$gone" | grep -xF -f "$work/after" || true)
+    if [ -n "$left" ]; then
+        printf 'STILL REGISTERED %s\n' "$left"
+        exit 1
+    fi
+    grep -qxF AppID "$work/after" || { echo "MISSING the AppID root"; exit 1; }
+    echo "unregistration complete, AppID root kept"
+    ;;
+*)
+    echo "usage: $0 register|unregister DLL" >&2
+    exit 2
+    ;;
+esac
