@@ -29,15 +29,6 @@ struct CountingListener final : Listener {
   std::uint64_t notifications = 0;
 };
 
-const std::vector<_bstr_t>& TextsOf(std::size_t rows, int column) {
-  static std::map<std::size_t, std::vector<_bstr_t>> made[2];
-  std::vector<_bstr_t>& texts = made[column][rows];
-  if (texts.empty()) {
-    for (const std::string& text : DatasetOf(rows).texts[column]) texts.emplace_back(text.c_str());
-  }
-  return texts;
-}
-
 // A typed setter: the value made into a VARIANT and copied into the cell.
 void Set(Row& row, std::size_t index, int column, const VARIANT& value, Listener* listener) {
   if (listener != nullptr) listener->Changed(index, column);
@@ -47,7 +38,7 @@ void Set(Row& row, std::size_t index, int column, const VARIANT& value, Listener
 
 void Build(Table& table, std::size_t rows, Listener* listener) {
   const Dataset& data = DatasetOf(rows);
-  const std::vector<_bstr_t>* texts[] = {&TextsOf(rows, 0), &TextsOf(rows, 1)};
+  const std::vector<_bstr_t>* texts[] = {&BstrTextsOf(rows, 0), &BstrTextsOf(rows, 1)};
   VARIANT value;
   VariantInit(&value);
   for (std::size_t i = 0; i < rows; ++i) {
@@ -110,7 +101,7 @@ void ReadRow(const Row& row, Checksum& sum) {
 void BuildWorkload(Runner& run, bool listened) {
   DropTable();
   const std::size_t rows = run.rows();
-  TextsOf(rows, 0), TextsOf(rows, 1), DatasetOf(rows);
+  BstrTextsOf(rows, 0), BstrTextsOf(rows, 1), DatasetOf(rows);
   const std::size_t before = BytesInUse();
   std::unique_ptr<Table> table;
   CountingListener listener;
@@ -136,29 +127,21 @@ void BuildListened(Runner& run) { BuildWorkload(run, true); }
 
 void Read(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     for (const Row& row : table.rows) ReadRow(row, sum);
   });
-  run.SetChecksum(sum);
 }
 
 void Walk(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     for (const Row& row : table.rows) sum.AddInt(IntAt(row, kIdColumn));
   });
-  run.SetChecksum(sum);
 }
 
 void Filter(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     KeepsEverySecond condition;
     std::vector<const Row*> kept;
     for (const Row& row : table.rows) {
@@ -166,7 +149,6 @@ void Filter(Runner& run) {
     }
     for (const Row* row : kept) sum.AddInt(IntAt(*row, kIdColumn));
   });
-  run.SetChecksum(sum);
 }
 
 void Sort(Runner& run) {
@@ -197,16 +179,13 @@ void Sort(Runner& run) {
 // A view of one column group: every read goes through its index map.
 void Grouped(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     std::vector<int> sourceColumn(kColumns);
     for (int c = 0; c < kColumns; ++c) sourceColumn[static_cast<std::size_t>(c)] = c;
     for (const Row& row : table.rows) {
       for (int c = 0; c < kColumns; ++c) ReadCell(row, sourceColumn[static_cast<std::size_t>(c)], sum);
     }
   });
-  run.SetChecksum(sum);
 }
 
 const char* Version() { return "std::vector of VARIANT rows"; }

@@ -34,16 +34,6 @@ ULONG TypeCodeOf(Kind kind) {
   return 0;
 }
 
-// The dataset's strings as BSTRs, made once per size.
-const std::vector<_bstr_t>& TextsOf(std::size_t rows, int column) {
-  static std::map<std::size_t, std::vector<_bstr_t>> made[2];
-  std::vector<_bstr_t>& texts = made[column][rows];
-  if (texts.empty()) {
-    for (const std::string& text : DatasetOf(rows).texts[column]) texts.emplace_back(text.c_str());
-  }
-  return texts;
-}
-
 class CountingListener
     : public brevo::implements<CountingListener, brevo::IRecordListValueChangeListener> {
  public:
@@ -99,7 +89,7 @@ struct Table {
 
 void Build(Table& table, std::size_t rows, bool keepRecords, brevo::IRecordListValueChangeListener* listener) {
   const Dataset& data = DatasetOf(rows);
-  const std::vector<_bstr_t>* texts[] = {&TextsOf(rows, 0), &TextsOf(rows, 1)};
+  const std::vector<_bstr_t>* texts[] = {&BstrTextsOf(rows, 0), &BstrTextsOf(rows, 1)};
   table.columns = com_ptr<brevo::IMutableColumns>(brevo::make_object<brevo::MutableColumns>().get());
   for (const ColumnDef& column : kColumnDefs) {
     com_ptr<brevo::IMutableColumn> added;
@@ -221,7 +211,7 @@ Checksum ReadAll(const Table& table) {
 void BuildWorkload(Runner& run, bool listened) {
   DropTable();
   const std::size_t rows = run.rows();
-  TextsOf(rows, 0), TextsOf(rows, 1), DatasetOf(rows);
+  BstrTextsOf(rows, 0), BstrTextsOf(rows, 1), DatasetOf(rows);
   const std::size_t before = BytesInUse();
   std::unique_ptr<Table> table;
   com_ptr<CountingListener> listener;
@@ -249,19 +239,14 @@ void BuildListened(Runner& run) { BuildWorkload(run, true); }
 
 void Read(Runner& run) {
   Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     for (const auto& record : table.records) ReadRecord(record.get(), sum);
   });
-  run.SetChecksum(sum);
 }
 
 void WalkRows(Runner& run) {
   Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     com_ptr<brevo::IRecordListIterator> rows;
     Check(table.list->GetIterator(VARIANT_TRUE, rows.put()));
     Walk(rows.get(), [&](IMutableRecord* record) {
@@ -270,14 +255,11 @@ void WalkRows(Runner& run) {
       sum.AddInt(id);
     });
   });
-  run.SetChecksum(sum);
 }
 
 void Filter(Runner& run) {
   Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     const auto condition = brevo::make_object<EverySecond>();
     com_ptr<brevo::IRecordListIterator> rows;
     Check(table.list->GetFilteredIterator(condition.get(), VARIANT_TRUE, rows.put()));
@@ -287,7 +269,6 @@ void Filter(Runner& run) {
       sum.AddInt(id);
     });
   });
-  run.SetChecksum(sum);
 }
 
 void Sort(Runner& run) {
@@ -342,12 +323,9 @@ void Grouped(Runner& run) {
 
 void LateBound(Runner& run) {
   Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     for (const auto& record : table.records) ReadRecordLate(record.get(), sum);
   });
-  run.SetChecksum(sum);
 }
 
 const char* Version() { return "this checkout"; }

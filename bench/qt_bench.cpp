@@ -135,23 +135,17 @@ void BuildListened(Runner& run) { BuildWorkload(run, true); }
 
 void Read(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     ReadAll(table.model, sum);
   });
-  run.SetChecksum(sum);
 }
 
 void Walk(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     const int rows = table.model.rowCount();
     for (int r = 0; r < rows; ++r) sum.AddInt(IntAt(table.model, r, kIdColumn));
   });
-  run.SetChecksum(sum);
 }
 
 void Filter(Runner& run) {

@@ -157,42 +157,31 @@ void BuildListened(Runner& run) { BuildWorkload(run, true); }
 
 void Read(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     ReadAll(table.db, "SELECT * FROM t", sum);
   });
-  run.SetChecksum(sum);
 }
 
 void Walk(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     Statement query(table.db, "SELECT " + ColumnName(kIdColumn) + " FROM t");
     while (query.Step()) sum.AddInt(sqlite3_column_int(query.get(), 0));
   });
-  run.SetChecksum(sum);
 }
 
 void Filter(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     const std::string id = ColumnName(kIdColumn);
     Statement query(table.db, "SELECT " + id + " FROM t WHERE " + id + " % 2 = 0");
     while (query.Step()) sum.AddInt(sqlite3_column_int(query.get(), 0));
   });
-  run.SetChecksum(sum);
 }
 
 void Sort(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     const std::string key = ColumnName(kKeyColumn);
     Statement query(table.db, "SELECT " + key + ", " + ColumnName(kIdColumn) + " FROM t ORDER BY " + key);
     while (query.Step()) {
@@ -200,17 +189,13 @@ void Sort(Runner& run) {
       sum.AddUnordered(sqlite3_column_int(query.get(), 1));
     }
   });
-  run.SetChecksum(sum);
 }
 
 void Grouped(Runner& run) {
   const Table& table = CachedTable(run.rows());
-  Checksum sum;
-  run.Run([&] {
-    sum = Checksum();
+  run.RunSummed([&](Checksum& sum) {
     ReadAll(table.db, "SELECT * FROM " + Quoted(kGroup), sum);
   });
-  run.SetChecksum(sum);
 }
 
 const char* Version() { return sqlite3_libversion(); }

@@ -71,6 +71,15 @@ void Runner::Report() {
   RecordChecksum(workload_, rows_, implementation_, checksum_);
 }
 
+const std::vector<brevo::_bstr_t>& BstrTextsOf(std::size_t rows, int column) {
+  static std::map<std::size_t, std::vector<brevo::_bstr_t>> made[2];
+  std::vector<brevo::_bstr_t>& texts = made[column][rows];
+  if (texts.empty()) {
+    for (const std::string& text : DatasetOf(rows).texts[column]) texts.emplace_back(text.c_str());
+  }
+  return texts;
+}
+
 namespace {
 
 struct CachedSlot {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "bench/memory.h"
+#include "core/bstr_t.h"
 
 namespace bench {
 
@@ -43,6 +44,8 @@ struct Dataset {
   std::vector<bool> flags;
 };
 const Dataset& DatasetOf(std::size_t rows);
+// The dataset's strings of text column 0 or 1 as BSTRs, made once per size.
+const std::vector<brevo::_bstr_t>& BstrTextsOf(std::size_t rows, int column);
 
 enum class Workload { Build, BuildListened, Read, Walk, Filter, Sort, Grouped, LateBound };
 inline constexpr Workload kWorkloads[] = {Workload::Build,  Workload::BuildListened, Workload::Read,
@@ -115,6 +118,16 @@ class Runner {
   template <class Body>
   void Run(Body&& body) {
     Run(std::forward<Body>(body), [](std::int64_t) {});
+  }
+  // Times body(sum) on a fresh checksum each pass; the last pass's is reported.
+  template <class Body>
+  void RunSummed(Body&& body) {
+    Checksum sum;
+    Run([&] {
+      sum = Checksum();
+      body(sum);
+    });
+    SetChecksum(sum);
   }
   void SetChecksum(const Checksum& checksum) { checksum_ = checksum.value(); }
   void SetCounter(const char* name, double value) { state_.counters[name] = value; }
