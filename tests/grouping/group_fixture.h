@@ -15,11 +15,6 @@ namespace brevo::testing {
 
 using Lines = std::vector<std::string>;
 
-inline void Expect(HRESULT hr, const char* description) {
-  EXPECT_EQ(hr, DISP_E_EXCEPTION);
-  EXPECT_EQ(TakeErrorInfo().description, description);
-}
-
 // The text of a returned string, which it frees.
 inline std::string Text(BSTR text) {
   const _bstr_t owned(text, false);

@@ -34,7 +34,7 @@ TEST_F(GroupMutableLists, RefuseCreateAndClearLeavingTheSourceAsItWas) {
   const ErrorSnapshot error = TakeErrorInfo();
   EXPECT_EQ(error.description, "Cannot make add operation on grouped object.");
   EXPECT_TRUE(IsEqualGUID(error.guid, iid_of<IMutableRecordList>()));
-  Expect(grouped->Clear(), "Cannot make remove operation on grouped object.");
+  ExpectFailure(grouped->Clear(), "Cannot make remove operation on grouped object.");
   EXPECT_EQ(SourceSize(), 2u);
   LONG columns = 0;
   source.columns->get_Size(&columns);
@@ -57,7 +57,7 @@ TEST_F(GroupMutableLists, AddRecordAddsToTheSourceAndHandsOutAWritableGroupedRec
   auto refusing = make_object<EventLog>("s", lines);
   refusing->stop = true;
   source.list->AddRecordListChangeListener(refusing.get());
-  Expect(grouped->AddRecord(added.put()), "Failed to add record.");
+  ExpectFailure(grouped->AddRecord(added.put()), "Failed to add record.");
   EXPECT_EQ(SourceSize(), 3u);
 }
 

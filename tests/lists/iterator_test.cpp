@@ -53,10 +53,6 @@ class IteratorTest : public ::testing::Test {
     while (HasNext(it) != VARIANT_FALSE && keys.size() < 10) keys.push_back(NextKey(it));
     return keys;
   }
-  static void ExpectFailure(HRESULT hr, const char* description) {
-    EXPECT_EQ(hr, DISP_E_EXCEPTION);
-    EXPECT_EQ(TakeErrorInfo().description, description);
-  }
 };
 using IteratorDeathTest = IteratorTest;
 

@@ -4,24 +4,11 @@
 #include "core/module_lock.h"
 #include "lists/mutable_record_list.h"
 #include "row_fixture.h"
+#include "support/schema.h"
 #include "support/recording_listener.h"
 
 namespace brevo::testing {
 namespace {
-
-struct ColumnDef {
-  const OLECHAR* name;
-  ULONG type;
-};
-
-com_ptr<IMutableColumns> Schema(std::initializer_list<ColumnDef> defs = {}) {
-  const com_ptr<IMutableColumns> columns(make_object<MutableColumns>().get());
-  for (const ColumnDef& def : defs) {
-    com_ptr<IMutableColumn> added;
-    EXPECT_EQ(columns->AddColumn(_bstr_t(def.name).GetBSTR(), def.type, added.put()), S_OK);
-  }
-  return columns;
-}
 
 com_ptr<IMutableRecordList> NewList(IMutableColumns* columns) {
   const com_ptr<IMutableRecordList> list(make_object<MutableRecordList>().get());
@@ -50,11 +37,6 @@ com_ptr<IMutableRecord> Add(IMutableRecordList* list, LONG key = -1) {
     EXPECT_EQ(record->SetValueAsInt32(0, key), S_OK);
   }
   return record;
-}
-
-void ExpectFailure(HRESULT hr, const char* description) {
-  EXPECT_EQ(hr, DISP_E_EXCEPTION);
-  EXPECT_EQ(TakeErrorInfo().description, description);
 }
 
 class RecordListTest : public ::testing::Test {

@@ -8,23 +8,10 @@
 #include "columns/mutable_columns.h"
 #include "events/scripted_listener.h"
 #include "records/mutable_record.h"
+#include "support/schema.h"
 
 namespace brevo::testing {
 namespace {
-
-struct ColumnDef {
-  const OLECHAR* name;
-  ULONG type;
-};
-
-com_ptr<IMutableColumns> Schema(std::initializer_list<ColumnDef> defs) {
-  const com_ptr<IMutableColumns> columns(make_object<MutableColumns>().get());
-  for (const ColumnDef& def : defs) {
-    com_ptr<IMutableColumn> added;
-    EXPECT_EQ(columns->AddColumn(_bstr_t(def.name).GetBSTR(), def.type, added.put()), S_OK);
-  }
-  return columns;
-}
 
 IMutableRecordRaw* RawOf(IMutableRecord* record) {
   return static_cast<IMutableRecordRaw*>(static_cast<MutableRecord*>(record));
@@ -80,11 +67,6 @@ LONG SizeOf(IMutableColumns* columns) {
   EXPECT_EQ(columns->get_Size(&size), S_OK);
   return size;
 }
-void ExpectFailure(HRESULT hr, const char* description) {
-  EXPECT_EQ(hr, DISP_E_EXCEPTION);
-  EXPECT_EQ(TakeErrorInfo().description, description);
-}
-
 class MutableRecordTest : public ::testing::Test {
  protected:
   ~MutableRecordTest() override { ClearErrorInfo(); }

@@ -69,4 +69,9 @@ STDMETHODIMP CountedObject::QueryInterface(REFIID iid, void** out) {
   return S_OK;
 }
 
+void ExpectFailure(HRESULT hr, const char* description) {
+  EXPECT_EQ(hr, DISP_E_EXCEPTION);
+  EXPECT_EQ(TakeErrorInfo().description, description);
+}
+
 }  // namespace brevo::testing

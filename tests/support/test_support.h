@@ -23,6 +23,9 @@ struct ErrorSnapshot {
   GUID guid{};
 };
 ErrorSnapshot TakeErrorInfo();
+// A library refusal: DISP_E_EXCEPTION with the message in the error slot,
+// which this empties.
+void ExpectFailure(HRESULT hr, const char* description);
 void ClearErrorInfo();
 
 // Registers a ProgID for a class the same way on every build; the registration
