@@ -10,6 +10,7 @@ namespace brevo {
 class GroupRecordImpl : public AbstractRecordReadOnly, public GroupRecordCore {
  public:
   unique_variant GetValue(ULONG index) override { return ReadSource(index); }
+  const VARIANT* PeekValue(ULONG index) override { return PeekSource(index); }
   com_ptr<IColumns> Columns();
 };
 
@@ -51,6 +52,7 @@ class GroupRecord : public RecordReader<GroupRecord, IRecord, GroupRecordImpl, I
 class GroupMutableRecordImpl : public AbstractMutableRecord, public GroupRecordCore {
  public:
   unique_variant GetValue(ULONG index) override { return ReadSource(index); }
+  const VARIANT* PeekValue(ULONG index) override { return PeekSource(index); }
   void SetValue(ULONG index, const VARIANT& newVal) override;
   void SetValueByName(const _bstr_t& name, const VARIANT& newVal);
   void Clear();

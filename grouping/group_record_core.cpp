@@ -57,6 +57,8 @@ ULONG GroupRecordCore::SourceIndex(ULONG index) {
 
 unique_variant GroupRecordCore::ReadSource(ULONG index) { return sourceRaw_->GetValue(SourceIndex(index)); }
 
+const VARIANT* GroupRecordCore::PeekSource(ULONG index) { return sourceRaw_->PeekValue(SourceIndex(index)); }
+
 unique_variant GroupRecordCore::GetValueByName(const _bstr_t& name) {
   Source();
   const LONG index = columnsRaw_->IndexOf(name);

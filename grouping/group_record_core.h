@@ -18,6 +18,7 @@ class GroupRecordCore {
   com_ptr<IDispatch> GetSource() const { return source_; }
 
   unique_variant ReadSource(ULONG index);
+  const VARIANT* PeekSource(ULONG index);
   ULONG SourceIndex(ULONG index);
   unique_variant GetValueByName(const _bstr_t& name);
   LONG CompareTo(IRecordRaw* other);

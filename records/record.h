@@ -17,6 +17,7 @@ class RecordImpl : public AbstractRecordReadOnly {
   void ParentGone() noexcept { parent_ = nullptr; }
 
   unique_variant GetValue(ULONG index) override { return Parent()->GetValue(index); }
+  const VARIANT* PeekValue(ULONG index) override { return Parent()->PeekValue(index); }
   unique_variant GetValueByName(const _bstr_t& name);
   LONG CompareTo(IRecordRaw* other);
   ULONG ColumnCount() { return Parent()->ColumnCount(); }

@@ -61,6 +61,9 @@ struct IMutableRecord : IDispatch {
 struct IRecordRaw : IDispatch {
   // An owned copy of the cell at a column index.
   virtual unique_variant GetValue(ULONG index) = 0;
+  // The stored cell itself, with GetValue's checks, or null where the record
+  // cannot lend it (then GetValue is the way).
+  virtual const VARIANT* PeekValue(ULONG index) = 0;
   virtual ULONG ColumnCount() = 0;
 };
 

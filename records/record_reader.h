@@ -53,6 +53,7 @@ class RecordReader : public implements<Derived, Interface, Others...>, public Im
 
   // IRecordRaw
   unique_variant GetValue(ULONG index) override { return Impl::GetValue(index); }
+  const VARIANT* PeekValue(ULONG index) override { return Impl::PeekValue(index); }
   ULONG ColumnCount() override { return Impl::ColumnCount(); }
 
   // The record behind any record interface; a null one is E_POINTER.
