@@ -102,24 +102,14 @@ void BuildWorkload(Runner& run, bool listened) {
   DropTable();
   const std::size_t rows = run.rows();
   BstrTextsOf(rows, 0), BstrTextsOf(rows, 1), DatasetOf(rows);
-  const std::size_t before = BytesInUse();
-  std::unique_ptr<Table> table;
   CountingListener listener;
-  run.Run(
-      [&] {
-        table = std::make_unique<Table>();
-        Build(*table, rows, listened ? &listener : nullptr);
-      },
-      [&](std::int64_t iteration) {
-        if (iteration == 0) {
-          run.SetMemory(before);
-          Checksum sum;
-          for (const Row& row : table->rows) ReadRow(row, sum);
-          run.SetChecksum(sum);
-          if (listened) run.SetCounter("events_per_row", static_cast<double>(listener.notifications) / rows);
-        }
-        table.reset();
-      });
+  run.RunBuild<Table>([&](Table& table) { Build(table, rows, listened ? &listener : nullptr); },
+                      [](const Table& table) {
+                        Checksum sum;
+                        for (const Row& row : table.rows) ReadRow(row, sum);
+                        return sum;
+                      },
+                      listened ? &listener.notifications : nullptr);
 }
 
 void BuildPlain(Runner& run) { BuildWorkload(run, false); }

@@ -212,26 +212,10 @@ void BuildWorkload(Runner& run, bool listened) {
   DropTable();
   const std::size_t rows = run.rows();
   BstrTextsOf(rows, 0), BstrTextsOf(rows, 1), DatasetOf(rows);
-  const std::size_t before = BytesInUse();
-  std::unique_ptr<Table> table;
-  com_ptr<CountingListener> listener;
-  run.Run(
-      [&] {
-        if (listened) listener = brevo::make_object<CountingListener>();
-        table = std::make_unique<Table>();
-        Build(*table, rows, false, listener.get());
-      },
-      [&](std::int64_t iteration) {
-        if (iteration == 0) {
-          run.SetMemory(before);
-          run.SetChecksum(ReadAll(*table));
-          if (listened) {
-            run.SetCounter("events_per_row", static_cast<double>(listener->notifications) / rows);
-          }
-        }
-        table.reset();
-        listener.reset();
-      });
+  const auto listener = brevo::make_object<CountingListener>();
+  run.RunBuild<Table>([&](Table& table) { Build(table, rows, false, listened ? listener.get() : nullptr); },
+                      [](const Table& table) { return ReadAll(table); },
+                      listened ? &listener->notifications : nullptr);
 }
 
 void BuildPlain(Runner& run) { BuildWorkload(run, false); }

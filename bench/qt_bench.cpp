@@ -107,27 +107,18 @@ void BuildWorkload(Runner& run, bool listened) {
   DropTable();
   const std::size_t rows = run.rows();
   TextsOf(rows, 0), TextsOf(rows, 1), DatasetOf(rows);
-  const std::size_t before = BytesInUse();
-  std::unique_ptr<Table> table;
   std::uint64_t notifications = 0;
-  run.Run(
-      [&] {
-        table = std::make_unique<Table>();
-        if (listened) {
-          QObject::connect(&table->model, &QAbstractItemModel::dataChanged, [&] { ++notifications; });
-        }
-        Build(table->model, rows);
+  run.RunBuild<Table>(
+      [&](Table& table) {
+        if (listened) QObject::connect(&table.model, &QAbstractItemModel::dataChanged, [&] { ++notifications; });
+        Build(table.model, rows);
       },
-      [&](std::int64_t iteration) {
-        if (iteration == 0) {
-          run.SetMemory(before);
-          Checksum sum;
-          ReadAll(table->model, sum);
-          run.SetChecksum(sum);
-          if (listened) run.SetCounter("events_per_row", static_cast<double>(notifications) / rows);
-        }
-        table.reset();
-      });
+      [](Table& table) {
+        Checksum sum;
+        ReadAll(table.model, sum);
+        return sum;
+      },
+      listened ? &notifications : nullptr);
 }
 
 void BuildPlain(Runner& run) { BuildWorkload(run, false); }

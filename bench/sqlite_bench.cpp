@@ -132,24 +132,14 @@ void BuildWorkload(Runner& run, bool listened) {
   DropTable();
   const std::size_t rows = run.rows();
   DatasetOf(rows);
-  const std::size_t before = BytesInUse();
-  std::unique_ptr<Table> table;
   std::uint64_t notifications = 0;
-  run.Run(
-      [&] {
-        table = std::make_unique<Table>();
-        Build(*table, rows, listened ? &notifications : nullptr);
-      },
-      [&](std::int64_t iteration) {
-        if (iteration == 0) {
-          run.SetMemory(before);
-          Checksum sum;
-          ReadAll(table->db, "SELECT * FROM t", sum);
-          run.SetChecksum(sum);
-          if (listened) run.SetCounter("events_per_row", static_cast<double>(notifications) / rows);
-        }
-        table.reset();
-      });
+  run.RunBuild<Table>([&](Table& table) { Build(table, rows, listened ? &notifications : nullptr); },
+                      [](const Table& table) {
+                        Checksum sum;
+                        ReadAll(table.db, "SELECT * FROM t", sum);
+                        return sum;
+                      },
+                      listened ? &notifications : nullptr);
 }
 
 void BuildPlain(Runner& run) { BuildWorkload(run, false); }

@@ -119,6 +119,31 @@ class Runner {
   void Run(Body&& body) {
     Run(std::forward<Body>(body), [](std::int64_t) {});
   }
+  // The build workloads: build(table) fills a fresh table each pass. After
+  // the first pass the heap it holds, the checksum readBack(table) gives and,
+  // when counted is given, the notifications it counts per row are reported;
+  // the table goes after every pass.
+  template <class Table, class Build, class ReadBack>
+  void RunBuild(Build&& build, ReadBack&& readBack, const std::uint64_t* counted) {
+    const std::size_t before = BytesInUse();
+    std::unique_ptr<Table> table;
+    Run(
+        [&] {
+          table = std::make_unique<Table>();
+          build(*table);
+        },
+        [&](std::int64_t iteration) {
+          if (iteration == 0) {
+            SetMemory(before);
+            SetChecksum(readBack(*table));
+            if (counted != nullptr) {
+              SetCounter("events_per_row", static_cast<double>(*counted) / static_cast<double>(rows_));
+            }
+          }
+          table.reset();
+        });
+  }
+
   // Times body(sum) on a fresh checksum each pass; the last pass's is reported.
   template <class Body>
   void RunSummed(Body&& body) {

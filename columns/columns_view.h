@@ -22,10 +22,6 @@ class ColumnsImpl {
   ULONG Size() { return Parent()->Size(); }
   void EnableColumnsEvents(VARIANT_BOOL flag) { Parent()->EnableEvents(flag); }
   IMutableColumns* Collection();
-  // Raises a failure of the collection with the collection's own error info.
-  void Forward(HRESULT hr) {
-    if (FAILED(hr)) _com_issue_errorex(hr, Collection(), iid_of<IMutableColumns>());
-  }
   IMutableColumnsRaw* Parent();
   IMutableColumnsManager* Manager();
 
@@ -55,16 +51,16 @@ class Columns : public implements<Columns, IColumns, IColumnsRaw, IMutableColumn
     return Call<IColumns>([&] { ColumnsImpl::EnableColumnsEvents(flag); });
   }
   STDMETHODIMP AddColumnsChangeListener(IColumnsChangeListener* pVal) override {
-    return Call<IColumns>([&] { Forward(Collection()->AddColumnsChangeListener(pVal)); });
+    return Call<IColumns>([&] { ThrowIfFailed(Collection()->AddColumnsChangeListener(pVal), Collection()); });
   }
   STDMETHODIMP RemoveColumnsChangeListener(IColumnsChangeListener* pVal) override {
-    return Call<IColumns>([&] { Forward(Collection()->RemoveColumnsChangeListener(pVal)); });
+    return Call<IColumns>([&] { ThrowIfFailed(Collection()->RemoveColumnsChangeListener(pVal), Collection()); });
   }
   STDMETHODIMP AddPropertyChangeListener(IPropertyChangeListener* pVal) override {
-    return Call<IColumns>([&] { Forward(Collection()->AddPropertyChangeListener(pVal)); });
+    return Call<IColumns>([&] { ThrowIfFailed(Collection()->AddPropertyChangeListener(pVal), Collection()); });
   }
   STDMETHODIMP RemovePropertyChangeListener(IPropertyChangeListener* pVal) override {
-    return Call<IColumns>([&] { Forward(Collection()->RemovePropertyChangeListener(pVal)); });
+    return Call<IColumns>([&] { ThrowIfFailed(Collection()->RemovePropertyChangeListener(pVal), Collection()); });
   }
 
   // IColumnsRaw

@@ -9,11 +9,6 @@
 namespace brevo {
 namespace {
 
-BSTR CheckedAllocation(BSTR text) {
-  if (text == nullptr) _com_issue_error(E_OUTOFMEMORY);
-  return text;
-}
-
 std::size_t WideLength(const OLECHAR* text) {
   std::size_t length = 0;
   while (text[length] != 0) ++length;
@@ -21,6 +16,15 @@ std::size_t WideLength(const OLECHAR* text) {
 }
 
 }  // namespace
+
+BSTR CheckedAllocation(BSTR text) {
+  if (text == nullptr) _com_issue_error(E_OUTOFMEMORY);
+  return text;
+}
+
+BSTR ExactCopy(BSTR text) {
+  return CheckedAllocation(SysAllocStringByteLen(reinterpret_cast<const char*>(text), SysStringByteLen(text)));
+}
 
 _bstr_t::Data* _bstr_t::Adopt(BSTR text) {
   auto* data = new (std::nothrow) Data{text};
@@ -43,9 +47,7 @@ _bstr_t::_bstr_t(const char* text) {
 
 _bstr_t::_bstr_t(BSTR text, bool copy) {
   if (text == nullptr) return;
-  data_ = Adopt(copy ? CheckedAllocation(SysAllocStringByteLen(reinterpret_cast<const char*>(text),
-                                                               SysStringByteLen(text)))
-                     : text);
+  data_ = Adopt(copy ? ExactCopy(text) : text);
 }
 
 _bstr_t::_bstr_t(const _bstr_t& other) noexcept : data_(other.data_) {
@@ -97,7 +99,7 @@ _bstr_t::operator const char*() const {
 BSTR _bstr_t::copy() const {
   const BSTR wide = GetBSTR();
   if (wide == nullptr) return nullptr;
-  return CheckedAllocation(SysAllocStringByteLen(reinterpret_cast<const char*>(wide), SysStringByteLen(wide)));
+  return ExactCopy(wide);
 }
 
 void _bstr_t::Attach(BSTR text) {

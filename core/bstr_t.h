@@ -56,6 +56,12 @@ class _bstr_t {
   Data* data_ = nullptr;
 };
 
+// text itself; a null text (an allocation that failed) raises E_OUTOFMEMORY.
+BSTR CheckedAllocation(BSTR text);
+// A new BSTR with text's bytes, an odd byte length included; a null text
+// gives an empty string.
+BSTR ExactCopy(BSTR text);
+
 // The sole owner of one BSTR on its way to a caller: nothing shared, no
 // narrow copy, so handing it out costs no allocation beyond the string.
 class unique_bstr {

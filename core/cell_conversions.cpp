@@ -3,7 +3,6 @@
 #include <string>
 
 #include "core/bv_exception.h"
-#include "core/com_error.h"
 #include "core/number_text.h"
 
 namespace brevo::cell {
@@ -56,11 +55,6 @@ std::optional<std::string> TextOf(const VARIANT& value) {
 }
 
 BYTE FirstByte(const std::string& text) { return static_cast<BYTE>(text.empty() ? 0 : text[0]); }
-
-unique_bstr Allocated(BSTR text) {
-  if (text == nullptr) _com_issue_error(E_OUTOFMEMORY);
-  return unique_bstr(text);
-}
 
 }  // namespace
 
@@ -137,11 +131,10 @@ std::optional<unique_bstr> AsString(const VARIANT& value) {
     case VT_UNKNOWN: return unique_bstr();
     case VT_BSTR:
       if (value.bstrVal == nullptr) return unique_bstr();
-      return Allocated(SysAllocStringByteLen(reinterpret_cast<const char*>(value.bstrVal),
-                                             SysStringByteLen(value.bstrVal)));
+      return unique_bstr(ExactCopy(value.bstrVal));
     case VT_BOOL: throw EBvException(OLESTR("Cannot convert from boolean to string."));
     default:
-      if (const auto text = TextOf(value)) return Allocated(platform::AnsiToBstr(text->c_str(), text->size()));
+      if (const auto text = TextOf(value)) return unique_bstr(CheckedAllocation(platform::AnsiToBstr(text->c_str(), text->size())));
       return std::nullopt;
   }
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/bstr_t.h"
+#include "core/interface_id.h"
 #include "platform/com.h"
 
 namespace brevo {
@@ -35,6 +36,12 @@ class _com_error {
 
 inline void ThrowIfFailed(HRESULT hr) {
   if (FAILED(hr)) _com_issue_error(hr);
+}
+
+// A failed call of callee's interface I, raised with the error info callee left.
+template <class I>
+void ThrowIfFailed(HRESULT hr, I* callee) {
+  if (FAILED(hr)) _com_issue_errorex(hr, callee, iid_of<I>());
 }
 
 }  // namespace brevo

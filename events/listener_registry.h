@@ -108,8 +108,7 @@ class ListenerRegistry {
   void CallOne(std::size_t i, Method<Event> method, Event* event) {
     const com_ptr<Listener> listener = listeners_[i].listener;  // may remove itself meanwhile
     if (!listener) _com_issue_error(E_POINTER);
-    const HRESULT hr = (listener.get()->*method)(event);
-    if (FAILED(hr)) _com_issue_errorex(hr, listener.get(), iid_of<Listener>());
+    ThrowIfFailed((listener.get()->*method)(event), listener.get());
   }
 
   struct Entry {

@@ -12,15 +12,13 @@ void GroupIteratorImpl::Bind(IMutableColumns* columns, const _bstr_t& group) {
 com_ptr<IDispatch> GroupIteratorImpl::Next() {
   const auto wrapped = Wrapped();
   com_ptr<IDispatch> next;
-  const HRESULT hr = wrapped->Next(next.put());
-  if (FAILED(hr)) _com_issue_errorex(hr, wrapped.get(), iid_of<IRecordListIterator>());
+  ThrowIfFailed(wrapped->Next(next.put()), wrapped.get());
   return WrapRecord(next.get(), columns_.get(), group_, true);
 }
 
 void GroupIteratorImpl::Remove() {
   const auto wrapped = Wrapped();
-  const HRESULT hr = wrapped->Remove();
-  if (FAILED(hr)) _com_issue_errorex(hr, wrapped.get(), iid_of<IRecordListIterator>());
+  ThrowIfFailed(wrapped->Remove(), wrapped.get());
 }
 
 }  // namespace brevo

@@ -11,8 +11,7 @@ com_ptr<IColumns> GroupRecordImpl::Columns() {
 void GroupMutableRecordImpl::SetValue(ULONG index, const VARIANT& newVal) {
   const ULONG sourceIndex = SourceIndex(index);
   const auto record = com_ptr<IDispatch>(Source()).query<IMutableRecord>();
-  const HRESULT hr = record->SetValue(sourceIndex, newVal);
-  if (FAILED(hr)) _com_issue_errorex(hr, record.get(), iid_of<IMutableRecord>());
+  ThrowIfFailed(record->SetValue(sourceIndex, newVal), record.get());
 }
 
 void GroupMutableRecordImpl::SetValueByName(const _bstr_t& name, const VARIANT& newVal) {
@@ -23,8 +22,7 @@ void GroupMutableRecordImpl::SetValueByName(const _bstr_t& name, const VARIANT& 
 
 void GroupMutableRecordImpl::Clear() {
   const auto record = com_ptr<IDispatch>(Source()).query<IMutableRecord>();
-  const HRESULT hr = record->Clear();
-  if (FAILED(hr)) _com_issue_errorex(hr, record.get(), iid_of<IMutableRecord>());
+  ThrowIfFailed(record->Clear(), record.get());
 }
 
 com_ptr<IRecord> GroupMutableRecordImpl::Record() {

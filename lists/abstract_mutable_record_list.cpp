@@ -26,22 +26,20 @@ void AbstractMutableRecordList::EnableMutableRecordListEvents(VARIANT_BOOL flag)
   SwitchRecordListEvents(events_, flag, Self(), listListeners_, valueListeners_);
 }
 
+// The relay skips these calls exactly when WantsEvent says so; a direct call
+// takes the same decision here.
 void AbstractMutableRecordList::ValueBeforeChange(IRecordChangeEvent* event) {
-  if (!events_.enabled()) {
-    events_.MarkPending(kValuesPending);
-    return;
-  }
+  if (!WantsEvent()) return Skipped(true);
   PassOn(event, &IRecordListValueChangeListener::ValueBeforeChange);
 }
 
 void AbstractMutableRecordList::ValueAfterChange(IRecordChangeEvent* event) {
-  if (events_.enabled()) PassOn(event, &IRecordListValueChangeListener::ValueAfterChange);
+  if (WantsEvent()) PassOn(event, &IRecordListValueChangeListener::ValueAfterChange);
 }
 
 void AbstractMutableRecordList::PassOn(
     IRecordChangeEvent* event,
     HRESULT (STDMETHODCALLTYPE IRecordListValueChangeListener::*method)(IRecordListValueChangeEvent*)) {
-  if (valueListeners_.empty()) return;
   com_ptr<IDispatch> record;
   ThrowIfFailed(event->GetSource(record.put()));
   LONG index = 0;

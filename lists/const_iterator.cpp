@@ -2,15 +2,6 @@
 
 namespace brevo {
 
-namespace {
-
-// Passes on the wrapped iterator's failure with the description it left.
-void Check(HRESULT hr, IRecordListIterator* wrapped) {
-  if (FAILED(hr)) _com_issue_errorex(hr, wrapped, iid_of<IRecordListIterator>());
-}
-
-}  // namespace
-
 void ConstIteratorImpl::Create(IRecordListIterator* iterator) {
   if (iterator != wrapped_.get()) wrapped_ = com_ptr<IRecordListIterator>(iterator);
 }
@@ -23,14 +14,14 @@ com_ptr<IRecordListIterator> ConstIteratorImpl::Wrapped() const {
 VARIANT_BOOL ConstIteratorImpl::Ask(HRESULT (STDMETHODCALLTYPE IRecordListIterator::*method)(VARIANT_BOOL*)) {
   const auto wrapped = Wrapped();
   VARIANT_BOOL result = VARIANT_FALSE;
-  Check((wrapped.get()->*method)(&result), wrapped.get());
+  ThrowIfFailed((wrapped.get()->*method)(&result), wrapped.get());
   return result;
 }
 
 VARIANT_BOOL ConstIteratorImpl::Find(IRecordCondition* condition) {
   const auto wrapped = Wrapped();
   VARIANT_BOOL result = VARIANT_FALSE;
-  Check(wrapped->Find(condition, &result), wrapped.get());
+  ThrowIfFailed(wrapped->Find(condition, &result), wrapped.get());
   return result;
 }
 
@@ -43,11 +34,10 @@ VARIANT_BOOL ConstIteratorImpl::IsSynchronized() { return Ask(&IRecordListIterat
 com_ptr<IRecord> ConstIteratorImpl::Next() {
   const auto wrapped = Wrapped();
   com_ptr<IDispatch> next;
-  Check(wrapped->Next(next.put()), wrapped.get());
+  ThrowIfFailed(wrapped->Next(next.put()), wrapped.get());
   const auto record = next.query<IMutableRecord>();
   com_ptr<IRecord> view;
-  const HRESULT hr = record->get_Record(view.put());
-  if (FAILED(hr)) _com_issue_errorex(hr, record.get(), iid_of<IMutableRecord>());
+  ThrowIfFailed(record->get_Record(view.put()), record.get());
   return view;
 }
 

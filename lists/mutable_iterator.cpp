@@ -106,21 +106,18 @@ void MutableIteratorImpl::Remove() {
 void MutableIteratorImpl::AddToList(IMutableRecord* record) {
   if (record == nullptr) _com_issue_error(E_POINTER);
   com_ptr<IMutableColumns> columns;
-  HRESULT hr = record->get_Columns(columns.put());
-  if (FAILED(hr)) _com_issue_errorex(hr, record, iid_of<IMutableRecord>());
+  ThrowIfFailed(record->get_Columns(columns.put()), record);
   if (!columns) _com_issue_error(E_POINTER);
   const auto columnCount = [&] {
     LONG size = 0;
-    const HRESULT sizeHr = columns->get_Size(&size);
-    if (FAILED(sizeHr)) _com_issue_errorex(sizeHr, columns.get(), iid_of<IMutableColumns>());
+    ThrowIfFailed(columns->get_Size(&size), columns.get());
     return size;
   };
   // A row is only its record, so the values are not kept; they must still
   // all be readable. The collection may change while they are read.
   for (LONG i = 0, size = columnCount(); i < size; ++i, size = columnCount()) {
     unique_variant value;
-    hr = record->GetValue(static_cast<ULONG>(i), value.put());
-    if (FAILED(hr)) _com_issue_errorex(hr, record, iid_of<IMutableRecord>());
+    ThrowIfFailed(record->GetValue(static_cast<ULONG>(i), value.put()), record);
   }
   Walked().push_back(Row(record));
 }

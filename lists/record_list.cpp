@@ -31,8 +31,7 @@ LONG RecordListImpl::CompareTo(IDispatch* other) {
   auto list = object.try_query<IMutableRecordList>();
   if (!list) list = object.query<IRecordListRaw>()->GetMutableRecordList();
   LONG result = 0;
-  const HRESULT hr = Parent()->CompareTo(list.get(), &result);
-  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecordList>());
+  ThrowIfFailed(Parent()->CompareTo(list.get(), &result), parent_);
   return result;
 }
 
@@ -58,24 +57,21 @@ com_ptr<IRecordListIterator> RecordListImpl::ReadOnly(com_ptr<IRecordListIterato
 
 com_ptr<IRecordListIterator> RecordListImpl::GetIterator(VARIANT_BOOL synchronized) {
   com_ptr<IRecordListIterator> iterator;
-  const HRESULT hr = Parent()->GetIterator(synchronized, iterator.put());
-  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecordList>());
+  ThrowIfFailed(Parent()->GetIterator(synchronized, iterator.put()), parent_);
   return ReadOnly(iterator);
 }
 
 com_ptr<IRecordListIterator> RecordListImpl::GetFilteredIterator(IRecordCondition* condition,
                                                                  VARIANT_BOOL synchronized) {
   com_ptr<IRecordListIterator> iterator;
-  const HRESULT hr = Parent()->GetFilteredIterator(condition, synchronized, iterator.put());
-  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecordList>());
+  ThrowIfFailed(Parent()->GetFilteredIterator(condition, synchronized, iterator.put()), parent_);
   return ReadOnly(iterator);
 }
 
 com_ptr<IRecordListIterator> RecordListImpl::GetSortedIterator(IRecordComparator* comparator,
                                                                VARIANT_BOOL synchronized) {
   com_ptr<IRecordListIterator> iterator;
-  const HRESULT hr = Parent()->GetSortedIterator(comparator, synchronized, iterator.put());
-  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecordList>());
+  ThrowIfFailed(Parent()->GetSortedIterator(comparator, synchronized, iterator.put()), parent_);
   return ReadOnly(iterator);
 }
 

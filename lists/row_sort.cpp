@@ -14,8 +14,7 @@ void FilterRows(const RowSequence& rows, IRecordCondition* condition, RowSequenc
   if (condition == nullptr) return;
   for (const Row& row : candidates) {
     VARIANT_BOOL accepted = VARIANT_FALSE;
-    const HRESULT hr = condition->Evaluate(row.get(), &accepted);
-    if (FAILED(hr)) _com_issue_errorex(hr, condition, iid_of<IRecordCondition>());
+    ThrowIfFailed(condition->Evaluate(row.get(), &accepted), condition);
     if (accepted != VARIANT_FALSE) result.push_back(row);
   }
 }

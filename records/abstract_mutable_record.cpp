@@ -1,7 +1,5 @@
 #include "records/abstract_mutable_record.h"
 
-#include "core/com_error.h"
-
 namespace brevo {
 namespace {
 
@@ -44,9 +42,7 @@ void AbstractMutableRecord::SetValueAsInt64(ULONG index, LONGLONG value) {
 }
 
 void AbstractMutableRecord::SetValueAsString(ULONG index, BSTR value) {
-  const BSTR copy = SysAllocStringByteLen(reinterpret_cast<const char*>(value), SysStringByteLen(value));
-  if (copy == nullptr) _com_issue_error(E_OUTOFMEMORY);
-  SetOwnedValue(index, MakeValue(VT_BSTR, &VARIANT::bstrVal, copy));
+  SetOwnedValue(index, MakeValue(VT_BSTR, &VARIANT::bstrVal, ExactCopy(value)));
 }
 
 }  // namespace brevo

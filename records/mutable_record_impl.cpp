@@ -33,42 +33,34 @@ LONG MutableRecordImpl::StoragePosition(ULONG index) {
   return indexMap_->GetTrueIndexOfColumn(index);
 }
 
-// Element 0, when it stands for the record itself, reads as a counted reference.
-unique_variant MutableRecordImpl::ElementAt(std::size_t element) {
-  const unique_variant& stored = CheckedAt(values_, element);
-  if (element == 0 && selfInElementZero_) {
-    unique_variant self;
-    self->vt = VT_UNKNOWN;
-    self->punkVal = Self();
-    self->punkVal->AddRef();
-    return self;
-  }
-  return stored;
+unique_variant MutableRecordImpl::SelfReference() {
+  unique_variant self;
+  self->vt = VT_UNKNOWN;
+  self->punkVal = Self();
+  self->punkVal->AddRef();
+  return self;
 }
 
 std::size_t MutableRecordImpl::ElementOf(ULONG index) {
-  LONG position = 0;
   try {
-    position = StoragePosition(index);
+    return static_cast<std::size_t>(StoragePosition(index)) + 1;  // -1 reads element 0
   } catch (...) {
     throw EBvException(MessageWithIndex("Cannot acsses the spasfic value in position : ", index));
   }
-  const std::size_t element = static_cast<std::size_t>(position) + 1;  // -1 reads element 0
-  CheckedAt(values_, element);
-  return element;
 }
 
-const VARIANT* MutableRecordImpl::PeekValue(ULONG index) {
-  const std::size_t element = ElementOf(index);
-  // The record's own reference reads as a counted copy.
-  if (element == 0 && selfInElementZero_) return nullptr;
-  return &values_[element].get();
+// Element 0, when it stands for the record itself, has no stored cell to lend.
+const VARIANT* MutableRecordImpl::Lend(std::size_t element) {
+  const unique_variant& stored = CheckedAt(values_, element);
+  return element == 0 && selfInElementZero_ ? nullptr : &stored.get();
 }
+
+const VARIANT* MutableRecordImpl::PeekValue(ULONG index) { return Lend(ElementOf(index)); }
 
 unique_variant MutableRecordImpl::GetValue(ULONG index) {
-  const std::size_t element = ElementOf(index);
+  const VARIANT* stored = PeekValue(index);
   try {
-    return ElementAt(element);
+    return stored != nullptr ? unique_variant(*stored) : SelfReference();
   } catch (...) {
     throw EBvException(MessageWithIndex("Cannot acsses the spasfic value in position : ", index));
   }
@@ -84,9 +76,10 @@ void MutableRecordImpl::Store(ULONG index, const VARIANT& newVal, unique_variant
   if (!FitsColumnType(newVal, type)) {
     throw EBvException(OLESTR("New value class type doesn't match the column type."));
   }
-  if (const VARIANT* stored = PeekValue(index)) {
+  const std::size_t element = static_cast<std::size_t>(position) + 1;
+  if (const VARIANT* stored = Lend(element)) {
     if (CellValuesEqual(newVal, stored)) return;
-  } else if (const unique_variant current = GetValue(index); CellValuesEqual(newVal, &current.get())) {
+  } else if (CellValuesEqual(newVal, &SelfReference().get())) {
     return;
   }
 
@@ -95,8 +88,8 @@ void MutableRecordImpl::Store(ULONG index, const VARIANT& newVal, unique_variant
   if (events_.enabled() && !listeners_.NotifyBefore(&IRecordChangeListener::ValueBeforeChange, event)) {
     throw EBvException(OLESTR("Failed to change value."));
   }
-  // Greater is refused; equal reaches the array's own bounds check.
-  const std::size_t element = static_cast<std::size_t>(position) + 1;
+  // A listener may have emptied the record meanwhile: greater is refused;
+  // equal reaches the array's own bounds check.
   if (element > values_.size()) throw EBvException(OLESTR("The index is bigger then the size of the array."));
   CheckedAt(values_, element) = owned != nullptr ? std::move(*owned) : unique_variant(newVal);
   if (element == 0) selfInElementZero_ = false;

@@ -42,11 +42,14 @@ class MutableRecordImpl : public AbstractMutableRecord {
 
  private:
   LONG StoragePosition(ULONG index);
-  // The element that holds the cell at a column index, with GetValue's checks.
+  // The element that holds the cell at a column index; a failed look-up
+  // gives GetValue's message.
   std::size_t ElementOf(ULONG index);
+  const VARIANT* Lend(std::size_t element);
+  // Element 0 standing for the record, as a counted reference.
+  unique_variant SelfReference();
   // newVal is copied into its cell, or moved there when owned is given.
   void Store(ULONG index, const VARIANT& newVal, unique_variant* owned);
-  unique_variant ElementAt(std::size_t element);
 
   EventsSwitch<1> events_;
   // Element 0 is spare; the cell of storage position p is element p + 1.

@@ -21,16 +21,14 @@ unique_variant RecordImpl::GetValueByName(const _bstr_t& name) {
   Parent();
   VARIANT value;
   VariantInit(&value);
-  const HRESULT hr = parent_->GetValueByName(name.GetBSTR(), &value);
-  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecord>());
+  ThrowIfFailed(parent_->GetValueByName(name.GetBSTR(), &value), parent_);
   return unique_variant::attach(value);
 }
 
 LONG RecordImpl::CompareTo(IRecordRaw* other) {
   Parent();
   LONG result = 0;
-  const HRESULT hr = parent_->CompareTo(other, &result);
-  if (FAILED(hr)) _com_issue_errorex(hr, parent_, iid_of<IMutableRecord>());
+  ThrowIfFailed(parent_->CompareTo(other, &result), parent_);
   return result;
 }
 
