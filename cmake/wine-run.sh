@@ -67,6 +67,12 @@ unset DISPLAY WAYLAND_DISPLAY
 export LANG=C.UTF-8 LC_ALL=C.UTF-8
 unset LANGUAGE
 
-# Wine's stdout is the same fd, so exit status of the Windows process is
-# what "wine" returns.
-exec "$WINE" "$@"
+# Wine returns the Windows process's exit status.  A process that dies
+# before it prints anything (a loader or wineserver hiccup) would otherwise
+# leave no trace in the test log.
+status=0
+"$WINE" "$@" || status=$?
+if [ "$status" -ne 0 ]; then
+    echo "wine-run.sh: $1 exited with status $status" >&2
+fi
+exit "$status"
