@@ -25,6 +25,12 @@ setup)
     # the end.
     log="$WINEPREFIX.setup.log"
     : >"$log"
+    # The log is the only output; show it however the setup ends.
+    trap 'cat "$log"' EXIT
+    # A server left by an interrupted run would make "-p" fail (silently,
+    # status 2): stop it first.
+    "$WINESERVER" -k >>"$log" 2>&1 || true
+    "$WINESERVER" -w >>"$log" 2>&1 || true
     # Persistent server first (it daemonizes); everything after, including
     # wineboot, attaches to it.
     "$WINESERVER" -p </dev/null >>"$log" 2>&1
@@ -43,7 +49,6 @@ setup)
     # has been updated" step and leaves the system processes running.
     status=0
     "$here/wine-run.sh" cmd /c exit 0 </dev/null >>"$log" 2>&1 || status=$?
-    cat "$log"
     exit $status
     ;;
 cleanup)

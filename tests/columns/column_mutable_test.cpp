@@ -1,64 +1,68 @@
-// The mutable column: creation, renames announced before they happen (with the
-// property names crossed), vetoes, equality and clones.
+// The column and its read-only view: renames announced before they happen
+// (with the property names crossed), vetoes, equality, clones, lifetimes.
 #include "columns/column_helpers.h"
+#include "core/module_lock.h"
 
 namespace brevo::testing {
 namespace {
 
-TEST(MutableColumn, CreateSetsNameAndTypeWithoutAnnouncingThem) {
-  Transcript transcript;
-  const com_ptr<IMutableColumn> column(make_object<MutableColumn>().get());
-  column->AddPropertyChangeListener(MakeScripted(transcript, "a").get());
-  EXPECT_EQ(column->Create(_bstr_t(OLESTR("Price")).GetBSTR(), 5), S_OK);
-  ULONG type = 0;
-  EXPECT_EQ(column->get_ColumnType(&type), S_OK);
-  EXPECT_EQ(type, 5u);
-  EXPECT_EQ(NameOf(column.get()), "Price");
-  EXPECT_EQ(DisplayOf(column.get()), "<null>");
-  EXPECT_EQ(transcript, Transcript{});
+com_ptr<IColumn> ViewOf(IMutableColumn* column) {
+  com_ptr<IColumn> view;
+  EXPECT_EQ(column->get_Column(view.put()), S_OK);
+  return view;
 }
 
-TEST(MutableColumn, RenameIsAnnouncedUnderTheOtherPropertyNameWhileTheOldValueStands) {
-  enum Field { kName, kDisplay };
-  struct Case {
-    Field field;
+TEST(MutableColumn, CreateIsSilentAndTheViewIsMadeOnceReadsThroughAndRelaysRenames) {
+  Transcript transcript;
+  const com_ptr<IMutableColumn> column(make_object<MutableColumn>().get());
+  column->AddPropertyChangeListener(MakeScripted(transcript, "column").get());
+  EXPECT_EQ(column->Create(_bstr_t(OLESTR("Price")).GetBSTR(), 5), S_OK);
+  const auto view = ViewOf(column.get());
+  EXPECT_EQ(ViewOf(column.get()).get(), view.get());
+  const auto onView = MakeScripted(transcript, "view");
+  EXPECT_EQ(view->AddPropertyChangeListener(onView.get()), S_OK);
+  column->put_DisplayName(_bstr_t(OLESTR("Shown")).GetBSTR());
+  EXPECT_EQ(onView->lastSource, identity_of(column.get()).get()) << "the relayed event still names the column";
+  EXPECT_EQ(view->RemovePropertyChangeListener(onView.get()), S_OK);
+  column->put_ColumnName(_bstr_t(OLESTR("Cost")).GetBSTR());
+  EXPECT_EQ(Read(view.get(), &IColumn::get_ColumnName) + "/" + Read(view.get(), &IColumn::get_DisplayName), "Cost/Shown");
+  ULONG type = 0;
+  EXPECT_EQ(view->get_ColumnType(&type), S_OK);
+  EXPECT_EQ(type, 5u);
+  EXPECT_EQ(transcript, (Transcript{"column.PropertyChange(Name: <null> -> Shown)", "view.PropertyChange(Name: <null> -> Shown)",
+                                    "column.PropertyChange(Display Name: Price -> Cost)"}))
+      << "Create announces nothing";
+}
+
+// Each setter announces the other property's name; listeners still see the old value.
+TEST(MutableColumn, RenameIsAnnouncedUnderTheCrossedPropertyNameBeforeItHappens) {
+  const struct {
+    bool display;
     const OLECHAR* from;
     const OLECHAR* to;
-    Transcript heard;  // then what the field reads
+  } cases[] = {
+      {false, OLESTR("Price"), OLESTR("Cost")}, {false, OLESTR("Price"), OLESTR("price")},
+      {false, OLESTR("Price"), nullptr},        {false, OLESTR("Price"), OLESTR("Price")},
+      {true, nullptr, OLESTR("Shown")},         {true, nullptr, OLESTR("")},
+      {true, OLESTR(""), nullptr},              {true, nullptr, nullptr},
+      {true, OLESTR("Shown"), OLESTR("Shown")},
   };
-  const Case cases[] = {
-      {kName, OLESTR("Price"), OLESTR("Cost"),
-       {"a.PropertyChange(Display Name: Price -> Cost)", "a saw Price", "b.PropertyChange(Display Name: Price -> Cost)",
-        "Cost"}},
-      {kName, OLESTR("Price"), OLESTR("price"), {"a.PropertyChange(Display Name: Price -> price)", "a saw Price",
-                                                 "b.PropertyChange(Display Name: Price -> price)", "price"}},
-      {kName, OLESTR("Price"), nullptr, {"a.PropertyChange(Display Name: Price -> <null>)", "a saw Price",
-                                         "b.PropertyChange(Display Name: Price -> <null>)", "<null>"}},
-      {kName, OLESTR("Price"), OLESTR("Price"), {"Price"}},
-      {kDisplay, nullptr, OLESTR("Shown"),
-       {"a.PropertyChange(Name: <null> -> Shown)", "a saw <null>", "b.PropertyChange(Name: <null> -> Shown)", "Shown"}},
-      {kDisplay, nullptr, OLESTR(""),
-       {"a.PropertyChange(Name: <null> -> )", "a saw <null>", "b.PropertyChange(Name: <null> -> )", ""}},
-      {kDisplay, OLESTR(""), nullptr,
-       {"a.PropertyChange(Name:  -> <null>)", "a saw ", "b.PropertyChange(Name:  -> <null>)", "<null>"}},
-      {kDisplay, nullptr, nullptr, {"<null>"}},
-      {kDisplay, OLESTR("Shown"), OLESTR("Shown"), {"Shown"}},
-  };
-  for (const Case& c : cases) {
-    const auto column = NewColumn(c.field == kName ? c.from : OLESTR("Price"), 3);
-    if (c.field == kDisplay && c.from != nullptr) column->put_DisplayName(_bstr_t(c.from).GetBSTR());
-    const auto read = c.field == kName ? &NameOf : &DisplayOf;
+  for (const auto& c : cases) {
+    const std::string from = Narrow(c.from), to = Narrow(c.to);
+    SCOPED_TRACE(from + " -> " + to);
+    const auto column = NewColumn(c.display ? OLESTR("Price") : c.from, 3, c.display ? c.from : nullptr);
+    const auto read = c.display ? &DisplayOf : &NameOf;
     Transcript transcript;
     const auto a = MakeScripted(transcript, "a");
-    a->during = [&] { transcript.push_back("a saw " + read(column.get())); };
+    a->during = [&] { transcript.push_back("saw " + read(column.get())); };
     column->AddPropertyChangeListener(a.get());
     column->AddPropertyChangeListener(MakeScripted(transcript, "b").get());
-
-    const _bstr_t to(c.to);
-    EXPECT_EQ(c.field == kName ? column->put_ColumnName(to.GetBSTR()) : column->put_DisplayName(to.GetBSTR()), S_OK);
-    transcript.push_back(read(column.get()));
-    EXPECT_EQ(transcript, c.heard) << Narrow(c.from) << " -> " << Narrow(c.to);
-    EXPECT_EQ(a->lastSource, c.heard.size() > 1 ? identity_of(column.get()).get() : nullptr) << "the column is the source";
+    const _bstr_t value(c.to);
+    EXPECT_EQ(c.display ? column->put_DisplayName(value.GetBSTR()) : column->put_ColumnName(value.GetBSTR()), S_OK);
+    const std::string line = (c.display ? ".PropertyChange(Name: " : ".PropertyChange(Display Name: ") + from + " -> " + to + ")";
+    EXPECT_EQ(transcript, from == to ? Transcript{} : (Transcript{"a" + line, "saw " + from, "b" + line}));
+    EXPECT_EQ(read(column.get()), to);
+    EXPECT_EQ(a->lastSource, from == to ? nullptr : identity_of(column.get()).get()) << "the column is the source";
     a->during = nullptr;
   }
 }
@@ -72,53 +76,37 @@ TEST(MutableColumn, FailingListenerKeepsTheOldValueAndItsErrorIsTheSetters) {
   veto->supportsErrorInfo = true;
   column->AddPropertyChangeListener(veto.get());
   column->AddPropertyChangeListener(MakeScripted(transcript, "after").get());
-
-  EXPECT_EQ(column->put_ColumnName(_bstr_t(OLESTR("Cost")).GetBSTR()), static_cast<HRESULT>(0x80040321));
+  EXPECT_EQ(column->put_ColumnName(_bstr_t(OLESTR("Cost")).GetBSTR()), veto->result);
   const ErrorSnapshot error = TakeErrorInfo();
   EXPECT_EQ(error.description, "Not this name.");
   EXPECT_TRUE(IsEqualGUID(error.guid, iid_of<IMutableColumn>()));
-  EXPECT_EQ(column->put_DisplayName(nullptr), static_cast<HRESULT>(0x80040321));
+  EXPECT_EQ(column->put_DisplayName(nullptr), veto->result);
   ClearErrorInfo();
-  EXPECT_EQ(NameOf(column.get()), "Price");
-  EXPECT_EQ(DisplayOf(column.get()), "Shown");
+  EXPECT_EQ(NameOf(column.get()) + "/" + DisplayOf(column.get()), "Price/Shown");
   EXPECT_EQ(transcript, (Transcript{"veto.PropertyChange(Display Name: Price -> Cost)",
                                     "veto.PropertyChange(Name: Shown -> <null>)"}));
 }
 
+// 0 or 1, never -1: both directions and through the views.
 TEST(MutableColumn, CompareToIsZeroOnlyWhenTypeAndBothNamesMatch) {
-  struct Case {
-    const char* what;
+  const auto column = NewColumn(OLESTR("Price"), 3, OLESTR("Shown"));
+  const struct {
     const OLECHAR* name;
     ULONG type;
     const OLECHAR* display;
     LONG expected;
-  };
-  const Case cases[] = {
-      {"equal", OLESTR("Price"), 3, OLESTR("Shown"), 0},
-      {"other display name", OLESTR("Price"), 3, OLESTR("Other"), 1},
-      {"no display name", OLESTR("Price"), 3, nullptr, 1},
-      {"name differs in case", OLESTR("PRICE"), 3, OLESTR("Shown"), 1},
-      {"other type", OLESTR("Price"), 4, OLESTR("Shown"), 1},
-  };
-  const auto column = NewColumn(OLESTR("Price"), 3, OLESTR("Shown"));
-  com_ptr<IColumn> view;
-  ASSERT_EQ(column->get_Column(view.put()), S_OK);
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+  } cases[] = {{OLESTR("Price"), 3, OLESTR("Shown"), 0}, {OLESTR("Price"), 3, OLESTR("Other"), 1},
+               {OLESTR("Price"), 3, nullptr, 1},         {OLESTR("PRICE"), 3, OLESTR("Shown"), 1},
+               {OLESTR("Price"), 4, OLESTR("Shown"), 1}};
+  for (const auto& c : cases) {
     const auto other = NewColumn(c.name, c.type, c.display);
-    com_ptr<IColumn> otherView;
-    other->get_Column(otherView.put());
-    // Both directions, and through the views: never -1.
-    for (IDispatch* rhs : std::initializer_list<IDispatch*>{other.get(), otherView.get()}) {
-      LONG result = -2;
-      EXPECT_EQ(column->CompareTo(rhs, &result), S_OK);
-      EXPECT_EQ(result, c.expected);
-      EXPECT_EQ(view->CompareTo(rhs, &result), S_OK);
-      EXPECT_EQ(result, c.expected);
-    }
-    LONG result = -2;
-    EXPECT_EQ(other->CompareTo(column.get(), &result), S_OK);
-    EXPECT_EQ(result, c.expected);
+    SCOPED_TRACE(NameOf(other.get()) + "/" + DisplayOf(other.get()) + "/" + std::to_string(c.type));
+    LONG results[4] = {-2, -2, -2, -2};
+    column->CompareTo(other.get(), &results[0]);
+    other->CompareTo(column.get(), &results[1]);
+    ViewOf(column.get())->CompareTo(other.get(), &results[2]);
+    column->CompareTo(ViewOf(other.get()).get(), &results[3]);
+    for (const LONG result : results) EXPECT_EQ(result, c.expected);
   }
 }
 
@@ -128,16 +116,40 @@ TEST(MutableColumn, CloneIsEqualIndependentAndUnheard) {
   const auto a = MakeScripted(transcript, "a");
   column->AddPropertyChangeListener(a.get());
   const com_ptr<IMutableColumn> clone = column.query<IMutableColumnRaw>()->Clone();
-  ASSERT_TRUE(clone);
-  ASSERT_NE(clone.get(), column.get());
   LONG result = -2;
   EXPECT_EQ(clone->CompareTo(column.get(), &result), S_OK);
   EXPECT_EQ(result, 0);
-
   EXPECT_EQ(clone->put_ColumnName(_bstr_t(OLESTR("Cost")).GetBSTR()), S_OK);
   EXPECT_EQ(NameOf(column.get()), "Price");
-  EXPECT_EQ(transcript, Transcript{}) << "the clone has no listeners";
-  EXPECT_EQ(clone->RemovePropertyChangeListener(a.get()), DISP_E_EXCEPTION);
+  EXPECT_EQ(transcript, Transcript{});
+
+  // Removing an unknown listener fails with the called interface's message.
+  const auto view = ViewOf(column.get());
+  const auto stranger = MakeScripted(transcript, "stranger");
+  const auto expectRefused = [](HRESULT hr, const GUID& iid) {
+    EXPECT_EQ(hr, DISP_E_EXCEPTION);
+    const ErrorSnapshot error = TakeErrorInfo();
+    EXPECT_EQ(error.description, "Cannot remove property change listener.");
+    EXPECT_TRUE(IsEqualGUID(error.guid, iid));
+  };
+  expectRefused(clone->RemovePropertyChangeListener(a.get()), iid_of<IMutableColumn>());
+  expectRefused(column->RemovePropertyChangeListener(stranger.get()), iid_of<IMutableColumn>());
+  expectRefused(view->RemovePropertyChangeListener(stranger.get()), iid_of<IColumn>());
+}
+
+// The view does not keep its column alive; kept past it, it refuses to read
+// rather than reach the freed column.
+TEST(ColumnView, GoesWithItsColumnAndRefusesToReadWhenKeptPastIt) {
+  Transcript transcript;
+  auto column = NewColumn(OLESTR("Price"), 7);
+  ViewOf(column.get())->AddPropertyChangeListener(MakeScripted(transcript, "view").get());
+  EXPECT_EQ(ModuleLock::Count(), 3) << "column, view and the view's listener";
+  const auto view = ViewOf(column.get());
+  column.reset();
+  EXPECT_EQ(ModuleLock::Count(), 2);
+  BSTR name = nullptr;
+  EXPECT_EQ(view->get_ColumnName(&name), E_POINTER);
+  SysFreeString(name);
   ClearErrorInfo();
 }
 

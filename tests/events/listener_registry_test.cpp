@@ -1,169 +1,162 @@
-// The listener registry: order, duplicates, removal by identity, the "Before"
-// pass with its veto, the "After" pass, failures, and events made lazily.
+// The event objects' stopped flags and references, the listener registry and
+// the Enable...Events switch. Vetoes in the "Before" pass and removal by COM
+// identity are checked on the raising objects and with script listeners.
 #include "events/change_events.h"
+#include "events/events_switch.h"
 #include "events/lazy_event.h"
 #include "events/listener_registry.h"
 #include "events/scripted_listener.h"
+#include "support/fake_script.h"
 
 namespace brevo::testing {
 namespace {
 
-// The same listeners in a registry for each kind of "Before" event.
-struct Registries {
-  ~Registries() { ClearErrorInfo(); }
-
+// Record change events, made only when someone listens.
+struct Registry {
+  ~Registry() { ClearErrorInfo(); }
   CComObject<ScriptedListener>* Add(const char* name) {
     listeners.push_back(MakeScripted(transcript, name));
     records.Add(listeners.back().get());
-    columns.Add(listeners.back().get());
     return listeners.back().get();
   }
-  bool BeforeRecord() {
-    const auto event = make_object<RecordChangeEvent>();
-    event->Initialize(nullptr, 5);
-    return records.NotifyBefore(&IRecordChangeListener::ValueBeforeChange, event.get());
+  static auto Event(LONG index) {
+    return MakeLazyEvent<RecordChangeEvent>(
+        [index](RecordChangeEvent& e) { e.RecordChangeEventImpl::Initialize(nullptr, index); });
   }
-  bool BeforeColumn() {
-    const auto event = make_object<ColumnsChangeEvent>();
-    event->Initialize(nullptr, nullptr);
-    return columns.NotifyBefore(&IColumnsChangeListener::ColumnBeforeAdd, event.get());
-  }
-  HRESULT After() try {
-    const auto event = make_object<RecordChangeEvent>();
-    event->Initialize(nullptr, 1);
-    records.NotifyAfter(&IRecordChangeListener::ValueAfterChange, event.get());
-    return S_OK;
-  } catch (const _com_error& e) {
-    failure = Narrow(e.Description());
-    return e.Error();
-  }
-
+  bool Before() { return records.NotifyBefore(&IRecordChangeListener::ValueBeforeChange, Event(5)); }
+  void After() { records.NotifyAfter(&IRecordChangeListener::ValueAfterChange, Event(1)); }
   Transcript transcript;
-  std::string failure;
   std::vector<com_ptr<CComObject<ScriptedListener>>> listeners;
   ListenerRegistry<IRecordChangeListener> records{OLESTR("Cannot remove the test listener.")};
-  ListenerRegistry<IColumnsChangeListener> columns{OLESTR("Cannot remove the test listener.")};
 };
 
-std::string RemovalMessage(auto& registry, auto* listener) {
-  try {
-    registry.Remove(listener);
-  } catch (const EBvException& e) {
-    return Narrow(e.GetDescription());
-  }
-  return "removed";
+// The code and message a call fails with.
+template <class Call>
+std::pair<HRESULT, std::string> Failure(Call call) try {
+  call();
+  return {S_OK, ""};
+} catch (const _com_error& e) {
+  return {e.Error(), Narrow(e.Description())};
 }
 
-TEST(ListenerRegistry, DuplicatesAreHeardTwiceAndTheFirstIsRemovedFirst) {
-  Registries r;
+// Duplicates are heard twice and removed one at a time; a listener added
+// during a pass is called in it; a null entry fails when its turn comes.
+TEST(ListenerRegistry, BeforePassCallsEachEntryInOrderUpToANullOne) {
+  Registry r;
   auto* a = r.Add("a");
-  r.Add("b");
+  r.Add("b")->during = [&] {
+    if (r.records.size() == 1) r.records.Add(MakeScripted(r.transcript, "late").get());
+  };
   r.records.Add(a);
-  EXPECT_TRUE(r.BeforeRecord());
+  EXPECT_TRUE(r.Before());
   r.records.Remove(a);
-  EXPECT_TRUE(r.BeforeRecord());
+  EXPECT_TRUE(r.Before());
   r.records.Remove(a);
-  EXPECT_EQ(RemovalMessage(r.records, a), "Cannot remove the test listener.");
-  EXPECT_EQ(r.transcript, (Transcript{"a.ValueBeforeChange(5)", "b.ValueBeforeChange(5)", "a.ValueBeforeChange(5)",
-                                      "b.ValueBeforeChange(5)", "a.ValueBeforeChange(5)"}));
-}
-
-TEST(ListenerRegistry, RemovalMatchesTheComIdentity) {
-  Transcript transcript;
-  const auto a = MakeScripted(transcript, "a");
-  const auto b = MakeScripted(transcript, "b");
-  IDispatch* const viaProperty = static_cast<IPropertyChangeListener*>(a.get());
-  IDispatch* const viaColumns = static_cast<IColumnsChangeListener*>(a.get());
-  ASSERT_NE(viaProperty, viaColumns);
-  ListenerRegistry<IDispatch> any{OLESTR("Cannot remove.")};
-  any.Add(viaProperty);
-  any.Add(static_cast<IPropertyChangeListener*>(b.get()));
-  any.Remove(viaColumns);
-  EXPECT_EQ(any.size(), 1u);
-  EXPECT_EQ(RemovalMessage(any, viaColumns), "Cannot remove.");
-}
-
-TEST(ListenerRegistry, BeforePassEndsAfterTheListenerThatLeavesTheEventStopped) {
-  struct Case {
-    const char* what;
-    bool columnsEvent;
-    bool firstStops;
-    bool goesOn;
-    Transcript heard;
-  };
-  const Case cases[] = {
-      {"record, nobody stops", false, false, true, {"a.ValueBeforeChange(5)", "b.ValueBeforeChange(5)"}},
-      {"record, first stops", false, true, false, {"a.ValueBeforeChange(5)"}},
-      // The columns event starts stopped: only Stop lets the pass go on.
-      {"columns, nobody stops", true, false, false, {"a.ColumnBeforeAdd"}},
-      {"columns, first stops", true, true, true, {"a.ColumnBeforeAdd", "b.ColumnBeforeAdd"}},
-  };
-  for (const Case& c : cases) {
-    Registries r;
-    r.Add("a")->stop = c.firstStops;
-    r.Add("b");
-    EXPECT_EQ(c.columnsEvent ? r.BeforeColumn() : r.BeforeRecord(), c.goesOn) << c.what;
-    EXPECT_EQ(r.transcript, c.heard) << c.what;
-  }
-}
-
-TEST(ListenerRegistry, BeforePassCallsListenersAddedDuringItAndFailsAtANullEntry) {
-  Registries r;
-  r.Add("a")->during = [&] {
-    if (r.records.size() == 2) r.records.Add(MakeScripted(r.transcript, "late").get());
-  };
-  r.Add("b");
-  EXPECT_TRUE(r.BeforeRecord());
+  EXPECT_TRUE(r.Before());
   r.records.Add(nullptr);
   r.Add("c");
-  try {
-    r.BeforeRecord();
-    ADD_FAILURE() << "a null entry was skipped";
-  } catch (const _com_error& e) {
-    EXPECT_EQ(e.Error(), E_POINTER);
-  }
-  EXPECT_EQ(r.transcript, (Transcript{"a.ValueBeforeChange(5)", "b.ValueBeforeChange(5)", "late.ValueBeforeChange(5)",
-                                      "a.ValueBeforeChange(5)", "b.ValueBeforeChange(5)", "late.ValueBeforeChange(5)"}));
+  EXPECT_EQ(Failure([&] { r.Before(); }).first, E_POINTER);
+  const std::string a5 = "a.ValueBeforeChange(5)", b5 = "b.ValueBeforeChange(5)", late5 = "late.ValueBeforeChange(5)";
+  EXPECT_EQ(r.transcript, (Transcript{a5, b5, a5, b5, a5, b5, late5, b5, late5}));
 }
 
 TEST(ListenerRegistry, AfterPassIgnoresStopAndEndsAtAFailureWithItsResult) {
   for (const bool supports : {true, false}) {
-    Registries r;
+    Registry r;
     r.Add("a")->stop = true;
     auto* b = r.Add("b");
     b->result = static_cast<HRESULT>(0x80040123);
     b->errorText = OLESTR("Told by the listener.");
     b->supportsErrorInfo = supports;
     r.Add("c");
-    EXPECT_EQ(r.After(), static_cast<HRESULT>(0x80040123));
     // The listener's error info travels only when it says it supports it.
-    EXPECT_EQ(r.failure, supports ? "Told by the listener." : "<null>");
+    const std::string told = supports ? "Told by the listener." : "<null>";
+    EXPECT_EQ(Failure([&] { r.After(); }), std::make_pair(static_cast<HRESULT>(0x80040123), told));
     EXPECT_EQ(r.transcript, (Transcript{"a.ValueAfterChange(1)", "b.ValueAfterChange(1)"}));
   }
 }
 
-TEST(ListenerRegistry, LazyEventIsMadeOnlyWhenSomeoneListens) {
-  Registries r;
-  int made = 0;
-  const auto init = [&](RecordChangeEvent& e) {
-    ++made;
-    e.RecordChangeEventImpl::Initialize(nullptr, 9);
+// Steps: T switches to -1, O to 1, F to 0; a digit marks that kind pending.
+// Heard: each summary's kind with + or - for how the switch read meanwhile,
+// then the final state and the kinds still pending.
+TEST(EventsSwitch, SummarisesPendingKindsOnlyWhenSwitchedBackOn) {
+  const struct { const char* what; std::string steps, heard; } cases[] = {
+      {"off to on, in kind order, before it reads on", "F202T", "0- 2- on:"},
+      {"off to 1 is switching on too", "F1O", "1- on:"},
+      {"the current value changes nothing", "1TF2F", "off: 2"},
+      {"on to off clears without a summary", "1FT", "on:"},
+      {"-1 to 1 clears without a summary", "0O", "on:"},
   };
-  {
-    auto unheard = MakeLazyEvent<RecordChangeEvent>(init);
-    EXPECT_TRUE(r.records.NotifyBefore(&IRecordChangeListener::ValueBeforeChange, unheard));
-    r.records.NotifyAfter(&IRecordChangeListener::ValueAfterChange, unheard);
-    EXPECT_EQ(made, 0);
-    EXPECT_EQ(ModuleLock::Count(), 0);
+  for (const auto& c : cases) {
+    EventsSwitch<3> events;
+    std::string heard;
+    const auto summary = [&](std::size_t kind) { heard += std::to_string(kind) + (events.enabled() ? "+ " : "- "); };
+    for (const char step : c.steps) {
+      if (step >= '0' && step <= '2') events.MarkPending(static_cast<std::size_t>(step - '0'));
+      else events.Switch(step == 'T' ? VARIANT_TRUE : step == 'O' ? 1 : VARIANT_FALSE, summary);
+    }
+    heard += events.enabled() ? "on:" : "off:";
+    for (std::size_t kind = 0; kind < 3; ++kind) heard += events.pending(kind) ? " " + std::to_string(kind) : "";
+    EXPECT_EQ(heard, c.heard) << c.what;
   }
-  r.Add("a");
-  r.Add("b");
-  auto heard = MakeLazyEvent<RecordChangeEvent>(init);
-  EXPECT_TRUE(r.records.NotifyBefore(&IRecordChangeListener::ValueBeforeChange, heard));
-  r.records.NotifyAfter(&IRecordChangeListener::ValueAfterChange, heard);
-  EXPECT_EQ(made, 1) << "one event for every listener and both passes";
-  EXPECT_EQ(r.transcript, (Transcript{"a.ValueBeforeChange(9)", "b.ValueBeforeChange(9)", "a.ValueAfterChange(9)",
-                                      "b.ValueAfterChange(9)"}));
+}
+
+// The stopped flag after Initialize and after Stop: 0 and 1, backwards for columns.
+TEST(ChangeEvents, StoppedFlagIsOneOrZeroAndRunsBackwardsForColumns) {
+  const auto flags = [](auto event, auto... args) {
+    std::pair<VARIANT_BOOL, VARIANT_BOOL> flags{7, 7};
+    event->Initialize(args...);
+    event->IsStopped(&flags.first);
+    event->Stop();
+    event->IsStopped(&flags.second);
+    return flags;
+  };
+  const std::pair<VARIANT_BOOL, VARIANT_BOOL> kept(0, 1), inverted(1, 0);
+  EXPECT_EQ(flags(make_object<RecordChangeEvent>(), nullptr, 3), kept);
+  EXPECT_EQ(flags(make_object<RecordListChangeEvent>(), nullptr, nullptr), kept);
+  EXPECT_EQ(flags(make_object<RecordListValueChangeEvent>(), nullptr, nullptr, 3), kept);
+  EXPECT_EQ(flags(make_object<ColumnsChangeEvent>(), nullptr, nullptr), inverted);
+}
+
+// Getters hand out a new reference, or null; a missing out-pointer is
+// refused before a reference is taken that could not be handed out.
+TEST(ChangeEvents, ReferenceGettersHandOutANewReferenceOrNull) {
+  const auto object = FakeScript::Make(ScriptKind::kDispatch);
+  const auto event = make_object<ColumnsChangeEvent>();
+  event->Initialize(object.get(), object.get());
+  EXPECT_EQ(event->GetSource(nullptr), E_POINTER);
+  EXPECT_EQ(event->GetColumnChanged(nullptr), E_POINTER);
+  EXPECT_EQ(object->refs, 3u);
+  com_ptr<IDispatch> got;
+  EXPECT_EQ(event->GetColumnChanged(got.put()), S_OK);
+  EXPECT_EQ(got.get(), object.get());
+  EXPECT_EQ(object->refs, 4u);
+  event->Initialize(nullptr, nullptr);
+  EXPECT_EQ(event->GetSource(got.put()), S_OK);
+  EXPECT_FALSE(got);
+  EXPECT_EQ(object->refs, 1u);
+  ClearErrorInfo();
+}
+
+TEST(PropertyChangeEvent, PropagationIdIsCountedAndReplacedOnlyByAnotherObject) {
+  CountedObject first, second;
+  {
+    const auto event = make_object<PropertyChangeEvent>();
+    com_ptr<IUnknown> id;
+    EXPECT_EQ(event->GetPropagationId(id.put()), S_OK);
+    EXPECT_FALSE(id);
+    event->SetPropagationId(&first);
+    event->SetPropagationId(&first);
+    EXPECT_EQ(first.refs, 2u) << "the same id again takes no further reference";
+    EXPECT_EQ(event->GetPropagationId(id.put()), S_OK);
+    EXPECT_EQ(id.get(), &first);
+    EXPECT_EQ(first.refs, 3u);
+    id.reset();
+    event->SetPropagationId(&second);
+    EXPECT_EQ(first.refs, 1u);
+    EXPECT_EQ(second.refs, 2u);
+  }
+  EXPECT_EQ(second.refs, 1u) << "released with the event";
 }
 
 }  // namespace

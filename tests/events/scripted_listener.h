@@ -1,6 +1,5 @@
-// A listener for the events and columns tests: writes each call into a shared
-// transcript and can stop the event, fail (leaving error info), or run extra
-// work during the call.
+// A listener that writes each call into a shared transcript and can stop the
+// event, fail (leaving error info), or run extra work during the call.
 #pragma once
 
 #include <functional>
@@ -20,7 +19,6 @@ class ScriptedListener
   static constexpr CLSID kClassId = {0x1B7E40D2, 0x5C31, 0x4F0A, {0x8E, 0x6B, 0x27, 0x90, 0xC4, 0x1D, 0x3A, 0x55}};
 
   ScriptedListener(Transcript& transcript, std::string name) : transcript_(transcript), name_(std::move(name)) {}
-
   bool stop = false;
   HRESULT result = S_OK;
   const OLECHAR* errorText = nullptr;
@@ -29,7 +27,6 @@ class ScriptedListener
   IUnknown* lastSource = nullptr;  // identity only: a reference would keep the raiser alive
 
   STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return supportsErrorInfo ? S_OK : S_FALSE; }
-
   STDMETHODIMP PropertyChange(IPropertyChangeEvent* e) override {
     BSTR name = nullptr, oldValue = nullptr, newValue = nullptr;
     e->GetPropertyName(&name);
@@ -45,18 +42,18 @@ class ScriptedListener
   STDMETHODIMP ColumnAfterAdd(IColumnsChangeEvent* e) override { return Heard("ColumnAfterAdd", e); }
   STDMETHODIMP ColumnBeforeRemove(IColumnsChangeEvent* e) override { return Heard("ColumnBeforeRemove", e); }
   STDMETHODIMP ColumnAfterRemove(IColumnsChangeEvent* e) override { return Heard("ColumnAfterRemove", e); }
-  STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override { return Heard("ValueBeforeChange" + Index(e), e); }
-  STDMETHODIMP ValueAfterChange(IRecordChangeEvent* e) override { return Heard("ValueAfterChange" + Index(e), e); }
+  STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override { return Heard("ValueBeforeChange", e); }
+  STDMETHODIMP ValueAfterChange(IRecordChangeEvent* e) override { return Heard("ValueAfterChange", e); }
 
  private:
-  static std::string Index(IRecordChangeEvent* e) {
-    LONG index = -1;
-    e->GetIndex(&index);
-    return "(" + std::to_string(index) + ")";
-  }
-
+  // Record events add the index they carry: "ValueBeforeChange(2)".
   template <class Event>
-  HRESULT Heard(const std::string& what, Event* e) {
+  HRESULT Heard(std::string what, Event* e) {
+    if constexpr (std::is_same_v<Event, IRecordChangeEvent>) {
+      LONG index = -1;
+      e->GetIndex(&index);
+      what += "(" + std::to_string(index) + ")";
+    }
     transcript_.push_back(name_ + "." + what);
     if (during) during();
     if constexpr (!std::is_same_v<Event, IPropertyChangeEvent>) {

@@ -1,136 +1,121 @@
-// The grouped column collection: the group's columns in source order with
-// their source indices, refused changes, and following the source.
+// The grouped column collection and record views: the group's columns in
+// source order with their source indices, refused changes, following the
+// source; the source record read and written through the true-index table and
+// its value events re-raised for the group.
+#include "columns/column_helpers.h"
 #include "core/module_lock.h"
 #include "events/change_events.h"
 #include "group_fixture.h"
-#include "columns/mutable_column.h"
 #include "grouping/group_mutable_columns.h"
+#include "grouping/group_record.h"
 #include "support/recording_listener.h"
 
 namespace brevo::testing {
 namespace {
 
-class GroupColumns : public ::testing::Test {
+com_ptr<IMutableColumns> Group(IMutableColumns* source, const OLECHAR* group) {
+  auto made = make_object<GroupMutableColumns>();
+  made->GroupMutableColumnsImpl::Create(source, _bstr_t(group));
+  return com_ptr<IMutableColumns>(made.get());
+}
+
+std::vector<ULONG> TrueIndices(IMutableColumns* grouped) {
+  const auto map = com_ptr<IMutableColumns>(grouped).query<IMutableColumnsManager>();
+  std::vector<ULONG> indices;
+  for (ULONG i = 0; i < RawColumnsOf(grouped)->Size(); ++i) indices.push_back(map->GetIndexOfColumn(i));
+  return indices;
+}
+
+// Source columns G.a, x, G.b, H.G.c, XG.d and "", told apart by their types
+// and display names "D:<name>", and one record; grouped by G, positions 0 to 3
+// lead to source columns 0, 2, 3 and 4.
+class Grouping : public ::testing::Test {
  protected:
-  // Types 101... and display names "D:<name>" tell the columns apart.
-  GroupColumns() {
-    source.columns->AddColumnsChangeListener(make_object<Gate>().get());
-    ULONG type = 101;
-    for (const OLECHAR* name : {OLESTR("G.a"), OLESTR("x"), OLESTR("G.b"), OLESTR("H.G.c"), OLESTR("XG.d"), OLESTR("")}) {
-      source.AddColumn(name, type++);
-      com_ptr<IMutableColumn> column;
-      source.columns->get_MutableColumn(type - 102, column.put());
-      column->put_DisplayName(_bstr_t((std::basic_string<OLECHAR>(OLESTR("D:")) + name).c_str()).GetBSTR());
+  Grouping() {
+    for (const auto& [name, type] : {std::pair{OLESTR("G.a"), 10u}, {OLESTR("x"), 10u}, {OLESTR("G.b"), 10u},
+                                     {OLESTR("H.G.c"), 13u}, {OLESTR("XG.d"), 14u}, {OLESTR(""), 16u}}) {
+      source.AddColumn(name, type, true);
     }
+    grouped = Group(source.columns.get(), OLESTR("G"));
+    record = source.AddRecord({1, 5, 2});
   }
-  com_ptr<IMutableColumns> Group(const OLECHAR* group, IMutableColumns* over = nullptr) {
-    auto made = make_object<GroupMutableColumns>();
-    made->GroupMutableColumnsImpl::Create(over != nullptr ? over : source.columns.get(), _bstr_t(group));
-    return com_ptr<IMutableColumns>(made.get());
+  template <class Made = GroupMutableRecord, class Record = IMutableRecord>
+  com_ptr<Record> View(IDispatch* origin) {
+    const com_ptr<Record> made(make_object<Made>().get());
+    made.template query<IGroupRecordRaw>()->Create(origin, grouped.get(), _bstr_t(OLESTR("G")));
+    return made;
   }
-  static std::vector<ULONG> TrueIndices(IMutableColumns* grouped) {
-    const auto map = com_ptr<IMutableColumns>(grouped).query<IMutableColumnsManager>();
-    std::vector<ULONG> indices;
-    for (ULONG i = 0; i < RawColumnsOf(grouped)->Size(); ++i) indices.push_back(map->GetIndexOfColumn(i));
-    return indices;
-  }
-  static com_ptr<IMutableColumns> Inner(IMutableColumns* grouped) {
-    return com_ptr<IMutableColumns>(grouped).query<IGroupMutableColumnsRaw>()->GetGroupedColumns();
+  com_ptr<CComObject<EventLog>> Log(IUnknown* owner) {
+    auto log = make_object<EventLog>("l", lines);
+    log->owner = identity_of(owner).get();
+    return log;
   }
 
-  SourceTable source;
+  SourceTable source{{}, true};
+  com_ptr<IMutableColumns> grouped;
+  com_ptr<IMutableRecord> record;
+  Lines lines;
 };
 
-TEST_F(GroupColumns, KeepTheGroupsColumnsInSourceOrderWithTheirSourceIndices) {
-  struct Case {
-    const OLECHAR* group;
-    std::vector<ULONG> kept;
-  };
+TEST_F(Grouping, ColumnsKeepTheMembersInSourceOrderWithTheirSourceIndicesAndRefuseChanges) {
   const Lines all = SchemaOf(source.columns.get());
-  for (const Case& c : {Case{OLESTR("G"), {0, 2, 3, 4}}, Case{OLESTR("H"), {3}}, Case{OLESTR("g"), {}},
-                        Case{OLESTR(""), {0, 1, 2, 3, 4}}, Case{nullptr, {0, 1, 2, 3, 4}}}) {
-    SCOPED_TRACE(Narrow(c.group));
-    const auto grouped = Group(c.group);
+  for (const auto& [group, kept] : std::initializer_list<std::pair<const OLECHAR*, std::vector<ULONG>>>{
+           {OLESTR("G"), {0, 2, 3, 4}}, {OLESTR("H"), {3}}, {OLESTR("g"), {}}, {OLESTR(""), {0, 1, 2, 3, 4}},
+           {nullptr, {0, 1, 2, 3, 4}}}) {
+    SCOPED_TRACE(Narrow(group));
+    const auto grouped = Group(source.columns.get(), group);
     Lines schema;
-    for (const ULONG k : c.kept) schema.push_back(all[k]);
+    for (const ULONG k : kept) schema.push_back(all[k]);
     EXPECT_EQ(SchemaOf(grouped.get()), schema);
-    EXPECT_EQ(TrueIndices(grouped.get()), c.kept);
-    EXPECT_EQ(TrueIndices(Inner(grouped.get()).get()), c.kept) << "the map is the inner collection's";
+    EXPECT_EQ(TrueIndices(grouped.get()), kept);
   }
+
+  com_ptr<IMutableColumn> column;
+  ExpectFailure(grouped->AddColumn(_bstr_t(OLESTR("G.new")).GetBSTR(), 10, column.put()),
+                "Cannot make add operation on grouped object.");
+  for (const ULONG at : {0u, 99u}) ExpectFailure(grouped->RemoveColumn(at), "Cannot make remove operation on grouped object.");
+  EXPECT_EQ(SchemaOf(grouped.get()).size(), 4u);
+  const auto inner = grouped.query<IGroupMutableColumnsRaw>()->GetGroupedColumns();
+  EXPECT_EQ(grouped->Clear(), S_OK);
+  EXPECT_TRUE(SchemaOf(inner.get()).empty());
   EXPECT_EQ(SchemaOf(source.columns.get()), all);
 }
 
-TEST_F(GroupColumns, ReadThroughTheInnerCollectionAndRefuseChanges) {
-  const auto grouped = Group(OLESTR("G"));
-  const auto inner = Inner(grouped.get());
-  LONG index = -2;
-  EXPECT_EQ(grouped->IndexOf(_bstr_t(OLESTR("G.b")).GetBSTR(), &index), S_OK);
-  EXPECT_EQ(index, 1);
-  com_ptr<IMutableColumn> column, innerColumn;
-  grouped->get_MutableColumn(1, column.put());
-  inner->get_MutableColumn(1, innerColumn.put());
-  EXPECT_EQ(column.get(), innerColumn.get());
-  com_ptr<IColumns> view, innerView;
-  grouped->get_Columns(view.put());
-  inner->get_Columns(innerView.put());
-  EXPECT_EQ(view.get(), innerView.get());
-
-  for (const OLECHAR* name : {OLESTR("G.new"), OLESTR("y")}) {
-    ExpectFailure(grouped->AddColumn(_bstr_t(name).GetBSTR(), 10, column.put()), "Cannot make add operation on grouped object.");
-  }
-  for (const ULONG at : {0u, 99u}) ExpectFailure(grouped->RemoveColumn(at), "Cannot make remove operation on grouped object.");
-  EXPECT_EQ(SchemaOf(grouped.get()).size(), 4u);
-
-  LONG same = -2;
-  EXPECT_EQ(grouped->CompareTo(inner.get(), &same), S_OK);
-  EXPECT_EQ(same, 0);
-  grouped->CompareTo(source.columns.get(), &same);
-  EXPECT_EQ(same, -1);
-  EXPECT_EQ(grouped->Clear(), S_OK);
-  EXPECT_TRUE(SchemaOf(inner.get()).empty());
-  EXPECT_EQ(SchemaOf(source.columns.get()).size(), 6u);
-}
-
-TEST_F(GroupColumns, CopyOnlyGroupMembersAddedToTheSourceUnderTheirFullNames) {
-  const auto grouped = Group(OLESTR("G"));
+// Additions are copied only for members of the group, under their full names;
+// removals and renames of members are mirrored, found by full name.
+TEST_F(Grouping, ColumnsFollowTheSourcesGroupMembers) {
   // A listener of the copy that never calls Stop would refuse it if the
   // grouped collection left the copy's events on.
   Transcript heard;
-  Inner(grouped.get())->AddColumnsChangeListener(MakeRecorder("inner", heard).get());
+  grouped.query<IGroupMutableColumnsRaw>()->GetGroupedColumns()->AddColumnsChangeListener(
+      MakeRecorder("inner", heard).get());
   EXPECT_EQ(source.AddColumn(OLESTR("y"), 7), S_OK);
   EXPECT_EQ(source.AddColumn(OLESTR("K.G.e"), 8), S_OK);
-  EXPECT_EQ(SchemaOf(grouped.get()).back(), "K.G.e/8/<null>");
   EXPECT_EQ(TrueIndices(grouped.get()), (std::vector<ULONG>{0, 2, 3, 4, 7}));
   EXPECT_EQ(heard, (Transcript{"inner.ColumnAfterAdd(null)"})) << "only the summary of switching back on";
-
   // An addition announced by another collection is not the source's.
   const com_ptr<IColumnsChangeEvent> foreign(make_object<ColumnsChangeEvent>().get());
-  const com_ptr<IMutableColumns> other(make_object<MutableColumns>().get());
-  const com_ptr<IMutableColumn> member(make_object<MutableColumn>().get());
-  member->Create(_bstr_t(OLESTR("G.z")).GetBSTR(), 10);
-  foreign->Initialize(other.get(), member.get());
+  foreign->Initialize(com_ptr<IMutableColumns>(make_object<MutableColumns>().get()).get(),
+                      NewColumn(OLESTR("G.z"), 10).get());
   EXPECT_EQ(grouped.query<IColumnsChangeListener>()->ColumnAfterAdd(foreign.get()), S_OK);
-  EXPECT_EQ(SchemaOf(grouped.get()).size(), 5u);
-}
 
-TEST_F(GroupColumns, MirrorRemovalsAndRenamesOfGroupMembersFoundByFullName) {
-  const auto grouped = Group(OLESTR("G"));
   EXPECT_EQ(source.RemoveColumn(OLESTR("x")), S_OK);
   EXPECT_EQ(source.RemoveColumn(OLESTR("G.a")), S_OK);
   com_ptr<IMutableColumn> column;
   source.columns->get_MutableColumn(0, column.put());  // G.b
   EXPECT_EQ(column->put_ColumnName(_bstr_t(OLESTR("G.bee")).GetBSTR()), S_OK);
   EXPECT_EQ(column->put_DisplayName(_bstr_t(OLESTR("Bee")).GetBSTR()), S_OK);
-  EXPECT_EQ(SchemaOf(grouped.get()), (Lines{"G.bee/103/Bee", "H.G.c/104/D:H.G.c", "XG.d/105/D:XG.d"}));
+  EXPECT_EQ(SchemaOf(grouped.get()),
+            (Lines{"G.bee/10/Bee", "H.G.c/13/D:H.G.c", "XG.d/14/D:XG.d", "K.G.e/8/<null>"}));
 }
 
-TEST_F(GroupColumns, LeaveTheSourceOnTheLastReleaseWhicheverGoesFirst) {
+TEST(GroupColumns, LeaveTheSourceOnTheLastReleaseWhicheverGoesFirst) {
   for (const bool sourceFirst : {false, true}) {
     SCOPED_TRACE(sourceFirst);
     const long start = ModuleLock::Count();
     {
       SourceTable ungated{{OLESTR("G.a")}};
-      auto grouped = Group(OLESTR("G"), ungated.columns.get());
+      auto grouped = Group(ungated.columns.get(), OLESTR("G"));
       // Its relays never call Stop, so they refuse additions to the source.
       ExpectFailure(ungated.AddColumn(OLESTR("G.b")), "Failed to add column.");
       if (sourceFirst) ungated = SourceTable();
@@ -141,6 +126,85 @@ TEST_F(GroupColumns, LeaveTheSourceOnTheLastReleaseWhicheverGoesFirst) {
     }
     EXPECT_EQ(ModuleLock::Count(), start);
   }
+}
+
+TEST_F(Grouping, RecordsReadASourceOfEitherShapeThroughTheTrueIndexTable) {
+  com_ptr<IRecord> readOnly;
+  record->get_Record(readOnly.put());
+  for (IDispatch* origin : {static_cast<IDispatch*>(record.get()), static_cast<IDispatch*>(readOnly.get())}) {
+    for (const com_ptr<IDispatch>& view : {com_ptr<IDispatch>(View<GroupRecord, IRecord>(origin).get()),
+                                           com_ptr<IDispatch>(View(origin).get())}) {
+      SCOPED_TRACE(Describe(view.get()));
+      EXPECT_EQ(IntOf(view.get(), 1), 2) << "source column 2";
+      EXPECT_EQ(view.query<IRecordRaw>()->ColumnCount(), 4u);
+      EXPECT_EQ(identity_of(view.query<IGroupRecordRaw>()->GetSource().get()), identity_of(origin));
+    }
+  }
+  unique_variant byName;
+  const auto view = View<GroupRecord, IRecord>(record.get());
+  EXPECT_EQ(view->GetValueByName(_bstr_t(OLESTR("x")).GetBSTR(), byName.put()), S_OK);
+  EXPECT_EQ(byName->vt, VT_EMPTY) << "x is not a column of the group";
+}
+
+TEST_F(Grouping, MutableRecordWritesAndClearsTheSource) {
+  const auto view = View(record.get());
+  EXPECT_EQ(view->SetValueAsInt32(1, 20), S_OK);
+  EXPECT_EQ(IntOf(record.get(), 2), 20);
+  unique_variant ten = MakeValue(VT_I4, &VARIANT::lVal, LONG{10});
+  EXPECT_EQ(view->SetValueByName(_bstr_t(OLESTR("G.a")).GetBSTR(), ten.get()), S_OK);
+  EXPECT_EQ(IntOf(record.get(), 0), 10);
+  ExpectFailure(view->SetValueByName(_bstr_t(OLESTR("x")).GetBSTR(), ten.get()), "Column name doesn't found.");
+  ExpectFailure(view->SetValueAsString(0, _bstr_t(OLESTR("t")).GetBSTR()),
+                "New value class type doesn't match the column type.");
+  com_ptr<IRecord> readOnly;
+  EXPECT_EQ(view->get_Record(readOnly.put()), S_OK);
+  EXPECT_EQ(Describe(readOnly.get()) + ", " + std::to_string(IntOf(readOnly.get(), 1)), "GroupRecord 10, 20");
+  EXPECT_EQ(view->Clear(), S_OK);
+  LONG size = -1;
+  source.columns->get_Size(&size);
+  EXPECT_EQ(size, 0) << "clearing the source record clears its columns";
+}
+
+// Only changes to the group's columns are re-raised, at grouped positions and
+// with the grouped record as source; a veto of its listeners is the source's.
+TEST_F(Grouping, RecordsReRaiseTheSourcesGroupValueEventsAndVetoForIt) {
+  const auto view = View(record.get());
+  const auto log = Log(view.get());
+  EXPECT_EQ(view->AddRecordChangeListener(log.get()), S_OK);
+  record->SetValueAsInt32(1, 6);
+  record->SetValueAsInt32(2, 3);
+  EXPECT_EQ(view->EnableMutableRecordEvents(VARIANT_FALSE), S_OK);
+  record->SetValueAsInt32(0, 4);
+  EXPECT_EQ(lines.size(), 2u);
+  view->EnableMutableRecordEvents(VARIANT_TRUE);
+  EXPECT_EQ(log->foreignSources, 0);
+  log->stop = true;
+  ExpectFailure(record->SetValueAsInt32(2, 9), "Failed to change value.");
+  ExpectFailure(view->SetValueAsInt32(1, 9), "Failed to change value.");
+  EXPECT_EQ(IntOf(record.get(), 2), 3);
+  EXPECT_EQ(lines, (Lines{"l.ValueBeforeChange(1)", "l.ValueAfterChange(1)", "l.ValueAfterChange(-1)",
+                          "l.ValueBeforeChange(1)", "l.ValueBeforeChange(1)"}));
+}
+
+// Registered once per source, moved by a Create with another, left on the
+// last release.
+TEST_F(Grouping, RecordRegistersOnceOnItsSourceAndLeavesItOnTheLastRelease) {
+  const long start = ModuleLock::Count();
+  auto view = View<GroupRecord, IRecord>(record.get());
+  view.query<IGroupRecordRaw>()->Create(record.get(), grouped.get(), _bstr_t(OLESTR("G")));  // no second registration
+  EXPECT_EQ(view->AddRecordChangeListener(Log(view.get()).get()), S_OK);
+  record->SetValueAsInt32(0, 7);
+  view->EnableRecordEvents(VARIANT_FALSE);
+  record->SetValueAsInt32(0, 8);
+  view->EnableRecordEvents(VARIANT_TRUE);
+  const auto other = source.AddRecord({8, 8, 8});
+  view.query<IGroupRecordRaw>()->Create(other.get(), grouped.get(), _bstr_t(OLESTR("G")));
+  record->SetValueAsInt32(0, 1);
+  EXPECT_EQ(lines, (Lines{"l.ValueBeforeChange(0)", "l.ValueAfterChange(0)", "l.ValueAfterChange(-1)"}))
+      << "the first source was left";
+  EXPECT_EQ(IntOf(view.get()), 8);
+  view.reset();
+  EXPECT_EQ(ModuleLock::Count(), start + 1) << "only the second source record is left";
 }
 
 }  // namespace

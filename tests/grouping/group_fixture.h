@@ -21,21 +21,6 @@ inline std::string Text(BSTR text) {
   return Narrow(text);
 }
 
-// The names of a collection's columns, in order.
-inline Lines NamesOf(IMutableColumns* columns) {
-  Lines names;
-  LONG size = 0;
-  columns->get_Size(&size);
-  for (ULONG i = 0; i < static_cast<ULONG>(size); ++i) {
-    com_ptr<IMutableColumn> column;
-    columns->get_MutableColumn(i, column.put());
-    BSTR name = nullptr;
-    column->get_ColumnName(&name);
-    names.push_back(Text(name));
-  }
-  return names;
-}
-
 // "name/type/display" of each column of a collection or of its view.
 inline Lines SchemaOf(IDispatch* columns) {
   const auto raw = RawColumnsOf(columns);
@@ -48,15 +33,12 @@ inline Lines SchemaOf(IDispatch* columns) {
   return schema;
 }
 
-// The int32 in column `index` of a record of either shape; -1 when unreadable.
+// The int32 in column `index` of a record of either shape.
 inline LONG IntOf(IDispatch* record, ULONG index = 0) {
   LONG value = -1;
   const com_ptr<IDispatch> held(record);
-  if (const auto writable = held.try_query<IMutableRecord>()) {
-    writable->GetValueAsInt32(index, &value);
-  } else if (const auto readable = held.try_query<IRecord>()) {
-    readable->GetValueAsInt32(index, &value);
-  }
+  if (const auto writable = held.try_query<IMutableRecord>()) writable->GetValueAsInt32(index, &value);
+  else held.query<IRecord>()->GetValueAsInt32(index, &value);
   return value;
 }
 
@@ -64,7 +46,7 @@ inline LONG IntOf(IDispatch* record, ULONG index = 0) {
 inline std::string Describe(IDispatch* record) {
   if (record == nullptr) return "none";
   const com_ptr<IDispatch> held(record);
-  const char* shape = !held.try_query<IGroupRecordRaw>()   ? "record "
+  const char* shape = !held.try_query<IGroupRecordRaw>()     ? "record "
                       : held.try_query<IMutableRecord>() ? "GroupMutableRecord "
                                                            : "GroupRecord ";
   return shape + std::to_string(IntOf(record));
@@ -92,7 +74,8 @@ class Gate : public implements<Gate, IColumnsChangeListener> {
   STDMETHODIMP ColumnAfterRemove(IColumnsChangeEvent*) override { return S_OK; }
 };
 
-// Writes "<name>.<Method>(<what>)"; counts events whose source is not `owner`.
+// Writes "<name>.<Method>(<index>, <record>)", or "(null event)"; counts
+// events whose source is not `owner`.
 class EventLog : public implements<EventLog, IRecordChangeListener, IRecordListChangeListener,
                                    IRecordListValueChangeListener> {
  public:
@@ -103,41 +86,30 @@ class EventLog : public implements<EventLog, IRecordChangeListener, IRecordListC
   IUnknown* owner = nullptr;  // identity only
   int foreignSources = 0;
 
-  STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override { return Log("ValueBeforeChange", Index(e), e); }
-  STDMETHODIMP ValueAfterChange(IRecordChangeEvent* e) override { return Log("ValueAfterChange", Index(e), e); }
-  STDMETHODIMP RecordBeforeAdd(IRecordListChangeEvent* e) override { return Log("RecordBeforeAdd", Record(e), e); }
-  STDMETHODIMP RecordAfterAdd(IRecordListChangeEvent* e) override { return Log("RecordAfterAdd", Record(e), e); }
-  STDMETHODIMP RecordBeforeRemove(IRecordListChangeEvent* e) override {
-    return Log("RecordBeforeRemove", Record(e), e);
-  }
-  STDMETHODIMP RecordAfterRemove(IRecordListChangeEvent* e) override { return Log("RecordAfterRemove", Record(e), e); }
-  STDMETHODIMP ValueBeforeChange(IRecordListValueChangeEvent* e) override {
-    return Log("ValueBeforeChange", Index(e) + ", " + Record(e), e);
-  }
-  STDMETHODIMP ValueAfterChange(IRecordListValueChangeEvent* e) override {
-    return Log("ValueAfterChange", Index(e) + ", " + Record(e), e);
-  }
+  STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override { return Log("ValueBeforeChange", e); }
+  STDMETHODIMP ValueAfterChange(IRecordChangeEvent* e) override { return Log("ValueAfterChange", e); }
+  STDMETHODIMP RecordBeforeAdd(IRecordListChangeEvent* e) override { return Log("RecordBeforeAdd", e); }
+  STDMETHODIMP RecordAfterAdd(IRecordListChangeEvent* e) override { return Log("RecordAfterAdd", e); }
+  STDMETHODIMP RecordBeforeRemove(IRecordListChangeEvent* e) override { return Log("RecordBeforeRemove", e); }
+  STDMETHODIMP RecordAfterRemove(IRecordListChangeEvent* e) override { return Log("RecordAfterRemove", e); }
+  STDMETHODIMP ValueBeforeChange(IRecordListValueChangeEvent* e) override { return Log("ValueBeforeChange", e); }
+  STDMETHODIMP ValueAfterChange(IRecordListValueChangeEvent* e) override { return Log("ValueAfterChange", e); }
 
  private:
   template <class Event>
-  static std::string Index(Event* e) {
-    LONG index = 0;
-    e->GetIndex(&index);
-    return std::to_string(index);
-  }
-  template <class Event>
-  static std::string Record(Event* e) {
-    if (e == nullptr) return "null event";
-    com_ptr<IDispatch> record;
-    e->GetRecordChanged(record.put());
-    return Describe(record.get());
-  }
-  template <class Event>
-  HRESULT Log(const char* method, const std::string& what, Event* e) {
+  HRESULT Log(const char* method, Event* e) {
+    std::string what = e == nullptr ? "null event" : "";
+    if constexpr (!std::is_same_v<Event, IRecordListChangeEvent>) {
+      LONG index = 0;
+      if (e != nullptr && e->GetIndex(&index) == S_OK) what = std::to_string(index);
+    }
+    if constexpr (!std::is_same_v<Event, IRecordChangeEvent>) {
+      com_ptr<IDispatch> record;
+      if (e != nullptr && e->GetRecordChanged(record.put()) == S_OK) what += (what.empty() ? "" : ", ") + Describe(record.get());
+    }
     lines_.push_back(name_ + "." + method + "(" + what + ")");
-    if (e == nullptr) return S_OK;
     com_ptr<IDispatch> source;
-    e->GetSource(source.put());
+    if (e == nullptr || e->GetSource(source.put()) != S_OK) return S_OK;
     if (owner != nullptr && identity_of(source.get()).get() != owner) ++foreignSources;
     return stop ? e->Stop() : S_OK;
   }
@@ -153,9 +125,12 @@ struct SourceTable {
     for (const OLECHAR* name : names) AddColumn(name);
     list->Create(columns.get());
   }
-  HRESULT AddColumn(const OLECHAR* name, ULONG type = 10) {
+  // `labelled` gives the column the display name "D:<name>".
+  HRESULT AddColumn(const OLECHAR* name, ULONG type = 10, bool labelled = false) {
     com_ptr<IMutableColumn> column;
-    return columns->AddColumn(_bstr_t(name).GetBSTR(), type, column.put());
+    const HRESULT hr = columns->AddColumn(_bstr_t(name).GetBSTR(), type, column.put());
+    if (labelled) column->put_DisplayName(_bstr_t((std::basic_string<OLECHAR>(OLESTR("D:")) + name).c_str()).GetBSTR());
+    return hr;
   }
   HRESULT RemoveColumn(const OLECHAR* name) {
     LONG index = -1;

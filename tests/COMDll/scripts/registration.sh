@@ -1,10 +1,8 @@
 #!/bin/sh
 # regsvr32 in the test prefix, checked against the classes root.
-#
-#   registration.sh register DLL     registers; every class's entries must be there
-#   registration.sh unregister DLL   unregisters; the class and ProgID keys and
-#                                    the module's AppID entries must be gone,
-#                                    the AppID root itself kept
+#   registration.sh register DLL     every class's entries must be there
+#   registration.sh unregister DLL   the class and ProgID keys and the module's
+#                                    AppID entries must be gone, the AppID root kept
 set -eu
 run="$(cd "$(dirname "$0")/../../../cmake" && pwd)/wine-run.sh"
 mode=${1:-}
@@ -25,9 +23,8 @@ RecordsFactory BrevoRecordList.RecordsFactory BrevoRecordList.RecordsFactory.1"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Writes the classes root to file $1 as lines "key" and "key|value name|data"
-# ("@" names the default value), from one "reg export": one reg query per
-# key would take some fifty Wine processes.
+# The classes root as lines "key" and "key|value name|data" ("@" names the
+# default value) in file $1, from one "reg export" (not fifty reg queries).
 classes_root() {
     "$run" reg export HKCR "Z:$(printf %s "$work/hkcr.reg" | tr / '\\')" /y >/dev/null 2>&1 ||
         { echo "reg export failed"; exit 1; }
@@ -68,10 +65,7 @@ $c\\Programmable"
 $classes
 EOF
     missing=$(printf '%s\n' "$expected" | grep -vxF -f "$work/root" || true)
-    if [ -n "$missing" ]; then
-        printf 'MISSING %s\n' "$missing"
-        exit 1
-    fi
+    [ -z "$missing" ] || { printf 'MISSING %s\n' "$missing"; exit 1; }
     echo "registration complete"
     ;;
 unregister)
@@ -91,20 +85,12 @@ EOF
     gone="$gone
 AppID\\BrevoRecordList.DLL
 AppID\\$appid"
-    if [ -z "$appid" ] || [ "$(printf '%s\n' "$gone" | wc -l)" -ne 32 ]; then
-        echo "NOT REGISTERED before unregistration"
-        exit 1
-    fi
+    [ -n "$appid" ] && [ "$(printf '%s\n' "$gone" | wc -l)" -eq 32 ] ||
+        { echo "NOT REGISTERED before unregistration"; exit 1; }
     left=$(printf '%s\n' "$gone" | grep -xF -f "$work/after" || true)
-    if [ -n "$left" ]; then
-        printf 'STILL REGISTERED %s\n' "$left"
-        exit 1
-    fi
+    [ -z "$left" ] || { printf 'STILL REGISTERED %s\n' "$left"; exit 1; }
     grep -qxF AppID "$work/after" || { echo "MISSING the AppID root"; exit 1; }
     echo "unregistration complete, AppID root kept"
     ;;
-*)
-    echo "usage: $0 register|unregister DLL" >&2
-    exit 2
-    ;;
+*) echo "usage: $0 register|unregister DLL" >&2; exit 2 ;;
 esac
