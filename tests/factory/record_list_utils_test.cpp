@@ -54,6 +54,27 @@ TEST(ListUtils, CountAndNameDistinctGroupsInOrderOfFirstAppearance) {
   EXPECT_EQ(utils->GetMutableGroupName(nullptr, 0, &name), E_POINTER);
 }
 
+TEST(ListUtils, GroupedViewsOfBothListFormsReadTheSourceRows) {
+  const com_ptr<IRecordListUtils> utils(make_object<RecordListUtils>().get());
+  SourceTable table{{OLESTR("G.a"), OLESTR("G.b")}};
+  table.AddRecord({1, 10});
+  const _bstr_t group(OLESTR("G"));
+  Hooked hooked;
+  com_ptr<IRecordList> grouped;
+  ASSERT_EQ(utils->GetRecordListByGroup(table.View().get(), group.GetBSTR(), grouped.put()), S_OK);
+  com_ptr<IMutableRecordList> mutableGrouped;
+  ASSERT_EQ(utils->GetMutableRecordListByGroup(table.list.get(), group.GetBSTR(), mutableGrouped.put()), S_OK);
+  com_ptr<IRecordList> mutableView;
+  ASSERT_EQ(hooked.Keep(mutableGrouped)->get_RecordList(mutableView.put()), S_OK);
+  for (IRecordList* list : {hooked.Keep(grouped).get(), mutableView.get()}) {
+    com_ptr<IRecordListIterator> iterator;
+    ASSERT_EQ(list->GetIterator(VARIANT_FALSE, iterator.put()), S_OK);
+    com_ptr<IDispatch> row;
+    ASSERT_EQ(iterator->Next(row.put()), S_OK);
+    EXPECT_EQ(IntOf(row.get(), 1), 10);
+  }
+}
+
 TEST(ListUtils, ARefusedGroupedViewLeavesNothingBehindAndSaveToFileAlwaysFails) {
   const com_ptr<IRecordListUtils> utils(make_object<RecordListUtils>().get());
   SourceTable table{{OLESTR("G.a"), OLESTR("c")}};
