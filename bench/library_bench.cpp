@@ -200,6 +200,15 @@ void Walk(brevo::IRecordListIterator* rows, Visit&& visit) {
   }
 }
 
+// The id of every row an iterator yields.
+void SumIds(brevo::IRecordListIterator* rows, Checksum& sum) {
+  Walk(rows, [&](IMutableRecord* record) {
+    LONG id = 0;
+    Check(record->GetValueAsInt32(kIdColumn, &id));
+    sum.AddInt(id);
+  });
+}
+
 Checksum ReadAll(const Table& table) {
   Checksum sum;
   com_ptr<brevo::IRecordListIterator> rows;
@@ -233,11 +242,7 @@ void WalkRows(Runner& run) {
   run.RunSummed([&](Checksum& sum) {
     com_ptr<brevo::IRecordListIterator> rows;
     Check(table.list->GetIterator(VARIANT_TRUE, rows.put()));
-    Walk(rows.get(), [&](IMutableRecord* record) {
-      LONG id = 0;
-      Check(record->GetValueAsInt32(kIdColumn, &id));
-      sum.AddInt(id);
-    });
+    SumIds(rows.get(), sum);
   });
 }
 
@@ -247,11 +252,7 @@ void Filter(Runner& run) {
     const auto condition = brevo::make_object<EverySecond>();
     com_ptr<brevo::IRecordListIterator> rows;
     Check(table.list->GetFilteredIterator(condition.get(), VARIANT_TRUE, rows.put()));
-    Walk(rows.get(), [&](IMutableRecord* record) {
-      LONG id = 0;
-      Check(record->GetValueAsInt32(kIdColumn, &id));
-      sum.AddInt(id);
-    });
+    SumIds(rows.get(), sum);
   });
 }
 
