@@ -122,21 +122,24 @@ std::optional<DISPID> ScriptObject::Find(const OLECHAR* method) {
 
 unique_variant ScriptObject::Invoke(DISPID id, std::initializer_list<VARIANT> args) {
   // DISPPARAMS wants the arguments last first; the array owns what it holds.
+  // Callbacks take one or two, so a sort's comparator calls stay off the heap.
+  constexpr std::size_t kMaxArguments = 2;
+  if (args.size() > kMaxArguments) _com_issue_error(E_INVALIDARG);
   struct Arguments {
-    std::vector<VARIANT> values;
-    explicit Arguments(std::size_t n) : values(n) {
+    VARIANT values[kMaxArguments];
+    Arguments() noexcept {
       for (VARIANT& value : values) VariantInit(&value);
     }
     ~Arguments() {
       for (VARIANT& value : values) VariantClear(&value);
     }
-  } arguments(args.size());
+  } arguments;
   std::size_t slot = args.size();
   for (const VARIANT& arg : args) ToScript(arg, arguments.values[--slot]);
 
   DISPPARAMS params{};
-  params.rgvarg = arguments.values.data();
-  params.cArgs = static_cast<UINT>(arguments.values.size());
+  params.rgvarg = arguments.values;
+  params.cArgs = static_cast<UINT>(args.size());
   unique_variant answer;
   ExceptionInfo info;
   UINT argErr = 0;

@@ -3,7 +3,6 @@
 // identity, and the "Before" (may veto) and "After" notification loops.
 #pragma once
 
-
 #include "core/bv_exception.h"
 #include "core/com_ptr.h"
 #include "core/first_inline_vector.h"
