@@ -1,5 +1,6 @@
 #include "core/com_error.h"
 
+#include "core/com_ptr.h"
 #include "core/interface_id.h"
 
 namespace brevo {
@@ -51,14 +52,13 @@ IErrorInfo* _com_error::ErrorInfo() const noexcept {
 void _com_issue_error(HRESULT hr) { throw _com_error(hr); }
 
 void _com_issue_errorex(HRESULT hr, IUnknown* callee, REFIID iid) {
-  IErrorInfo* info = nullptr;
-  ISupportErrorInfo* support = nullptr;
-  if (callee != nullptr &&
-      SUCCEEDED(callee->QueryInterface(iid_of<ISupportErrorInfo>(), reinterpret_cast<void**>(&support)))) {
-    if (support->InterfaceSupportsErrorInfo(iid) == S_OK && GetErrorInfo(0, &info) != S_OK) info = nullptr;
-    support->Release();
+  com_ptr<IErrorInfo> info;
+  com_ptr<ISupportErrorInfo> support;
+  if (callee != nullptr && SUCCEEDED(callee->QueryInterface(iid_of<ISupportErrorInfo>(), support.put_void())) &&
+      support->InterfaceSupportsErrorInfo(iid) == S_OK && GetErrorInfo(0, info.put()) != S_OK) {
+    info.reset();
   }
-  throw _com_error(hr, info);
+  throw _com_error(hr, info.detach());  // the error takes the reference
 }
 
 }  // namespace brevo

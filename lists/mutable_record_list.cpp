@@ -30,8 +30,7 @@ void MutableRecordListImpl::AddRecord(IMutableRecord** result) {
   made->MutableRecordImpl::Create(columns_.get());
   std::vector<unique_variant> cells(static_cast<std::size_t>(size) + 1);
   cells[0]->vt = VT_UNKNOWN;
-  cells[0]->punkVal = record.get();
-  cells[0]->punkVal->AddRef();
+  cells[0]->punkVal = com_ptr<IUnknown>(record.get()).detach();
   made->MutableRecordImpl::AssignValues(cells);
   record.copy_to(result);
 

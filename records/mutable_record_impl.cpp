@@ -36,8 +36,7 @@ LONG MutableRecordImpl::StoragePosition(ULONG index) {
 unique_variant MutableRecordImpl::SelfReference() {
   unique_variant self;
   self->vt = VT_UNKNOWN;
-  self->punkVal = Self();
-  self->punkVal->AddRef();
+  self->punkVal = com_ptr<IUnknown>(Self()).detach();
   return self;
 }
 
