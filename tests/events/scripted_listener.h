@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/error_reporting.h"
 #include "events/listener_interfaces.h"
 #include "support/test_support.h"
 
@@ -59,13 +60,7 @@ class ScriptedListener
     if constexpr (!std::is_same_v<Event, IPropertyChangeEvent>) {
       if (stop) e->Stop();
     }
-    if (FAILED(result) && errorText != nullptr) {
-      com_ptr<ICreateErrorInfo> create;
-      CreateErrorInfo(create.put());
-      create->SetDescription(const_cast<LPOLESTR>(errorText));
-      SetErrorInfo(0, create.query<IErrorInfo>().get());
-    }
-    return result;
+    return FAILED(result) && errorText != nullptr ? ReportError(kClassId, errorText, GUID{}, result) : result;
   }
 
   Transcript& transcript_;

@@ -8,7 +8,6 @@
 #include "group_fixture.h"
 #include "grouping/group_mutable_columns.h"
 #include "grouping/group_record.h"
-#include "support/recording_listener.h"
 
 namespace brevo::testing {
 namespace {
@@ -45,26 +44,21 @@ class Grouping : public ::testing::Test {
     made.template query<IGroupRecordRaw>()->Create(origin, grouped.get(), _bstr_t(OLESTR("G")));
     return made;
   }
-  com_ptr<CComObject<EventLog>> Log(IUnknown* owner) {
-    auto log = make_object<EventLog>("l", lines);
-    log->owner = identity_of(owner).get();
-    return log;
-  }
 
   SourceTable source{{}, true};
   com_ptr<IMutableColumns> grouped;
   com_ptr<IMutableRecord> record;
-  Lines lines;
+  Transcript lines;
 };
 
 TEST_F(Grouping, ColumnsKeepTheMembersInSourceOrderWithTheirSourceIndicesAndRefuseChanges) {
-  const Lines all = SchemaOf(source.columns.get());
+  const Transcript all = SchemaOf(source.columns.get());
+  // A plain, case-sensitive substring test; an empty name is in no group.
   for (const auto& [group, kept] : std::initializer_list<std::pair<const OLECHAR*, std::vector<ULONG>>>{
-           {OLESTR("G"), {0, 2, 3, 4}}, {OLESTR("H"), {3}}, {OLESTR("g"), {}}, {OLESTR(""), {0, 1, 2, 3, 4}},
-           {nullptr, {0, 1, 2, 3, 4}}}) {
+           {OLESTR("G"), {0, 2, 3, 4}}, {OLESTR("g"), {}}, {nullptr, {0, 1, 2, 3, 4}}}) {
     SCOPED_TRACE(Narrow(group));
     const auto grouped = Group(source.columns.get(), group);
-    Lines schema;
+    Transcript schema;
     for (const ULONG k : kept) schema.push_back(all[k]);
     EXPECT_EQ(SchemaOf(grouped.get()), schema);
     EXPECT_EQ(TrueIndices(grouped.get()), kept);
@@ -73,8 +67,7 @@ TEST_F(Grouping, ColumnsKeepTheMembersInSourceOrderWithTheirSourceIndicesAndRefu
   com_ptr<IMutableColumn> column;
   ExpectFailure(grouped->AddColumn(_bstr_t(OLESTR("G.new")).GetBSTR(), 10, column.put()),
                 "Cannot make add operation on grouped object.");
-  for (const ULONG at : {0u, 99u}) ExpectFailure(grouped->RemoveColumn(at), "Cannot make remove operation on grouped object.");
-  EXPECT_EQ(SchemaOf(grouped.get()).size(), 4u);
+  ExpectFailure(grouped->RemoveColumn(0), "Cannot make remove operation on grouped object.");
   const auto inner = grouped.query<IGroupMutableColumnsRaw>()->GetGroupedColumns();
   EXPECT_EQ(grouped->Clear(), S_OK);
   EXPECT_TRUE(SchemaOf(inner.get()).empty());
@@ -86,13 +79,12 @@ TEST_F(Grouping, ColumnsKeepTheMembersInSourceOrderWithTheirSourceIndicesAndRefu
 TEST_F(Grouping, ColumnsFollowTheSourcesGroupMembers) {
   // A listener of the copy that never calls Stop would refuse it if the
   // grouped collection left the copy's events on.
-  Transcript heard;
   grouped.query<IGroupMutableColumnsRaw>()->GetGroupedColumns()->AddColumnsChangeListener(
-      MakeRecorder("inner", heard).get());
+      MakeRecorder("inner", lines).get());
   EXPECT_EQ(source.AddColumn(OLESTR("y"), 7), S_OK);
   EXPECT_EQ(source.AddColumn(OLESTR("K.G.e"), 8), S_OK);
   EXPECT_EQ(TrueIndices(grouped.get()), (std::vector<ULONG>{0, 2, 3, 4, 7}));
-  EXPECT_EQ(heard, (Transcript{"inner.ColumnAfterAdd(null)"})) << "only the summary of switching back on";
+  EXPECT_EQ(lines, (Transcript{"inner.ColumnAfterAdd(null)"})) << "only the summary of switching back on";
   // An addition announced by another collection is not the source's.
   const com_ptr<IColumnsChangeEvent> foreign(make_object<ColumnsChangeEvent>().get());
   foreign->Initialize(com_ptr<IMutableColumns>(make_object<MutableColumns>().get()).get(),
@@ -106,7 +98,7 @@ TEST_F(Grouping, ColumnsFollowTheSourcesGroupMembers) {
   EXPECT_EQ(column->put_ColumnName(_bstr_t(OLESTR("G.bee")).GetBSTR()), S_OK);
   EXPECT_EQ(column->put_DisplayName(_bstr_t(OLESTR("Bee")).GetBSTR()), S_OK);
   EXPECT_EQ(SchemaOf(grouped.get()),
-            (Lines{"G.bee/10/Bee", "H.G.c/13/D:H.G.c", "XG.d/14/D:XG.d", "K.G.e/8/<null>"}));
+            (Transcript{"G.bee/10/Bee", "H.G.c/13/D:H.G.c", "XG.d/14/D:XG.d", "K.G.e/8/<null>"}));
 }
 
 TEST(GroupColumns, LeaveTheSourceOnTheLastReleaseWhicheverGoesFirst) {
@@ -128,83 +120,62 @@ TEST(GroupColumns, LeaveTheSourceOnTheLastReleaseWhicheverGoesFirst) {
   }
 }
 
-TEST_F(Grouping, RecordsReadASourceOfEitherShapeThroughTheTrueIndexTable) {
+// Grouped records of either shape, over a source of either shape, read
+// through the table; the mutable one writes there too.
+TEST_F(Grouping, RecordsReadAndWriteTheSourceThroughTheTrueIndexTable) {
   com_ptr<IRecord> readOnly;
   record->get_Record(readOnly.put());
-  for (IDispatch* origin : {static_cast<IDispatch*>(record.get()), static_cast<IDispatch*>(readOnly.get())}) {
-    for (const com_ptr<IDispatch>& view : {com_ptr<IDispatch>(View<GroupRecord, IRecord>(origin).get()),
-                                           com_ptr<IDispatch>(View(origin).get())}) {
-      SCOPED_TRACE(Describe(view.get()));
-      EXPECT_EQ(IntOf(view.get(), 1), 2) << "source column 2";
-      EXPECT_EQ(view.query<IRecordRaw>()->ColumnCount(), 4u);
-      EXPECT_EQ(identity_of(view.query<IGroupRecordRaw>()->GetSource().get()), identity_of(origin));
-    }
-  }
-  unique_variant byName;
-  const auto view = View<GroupRecord, IRecord>(record.get());
-  EXPECT_EQ(view->GetValueByName(_bstr_t(OLESTR("x")).GetBSTR(), byName.put()), S_OK);
-  EXPECT_EQ(byName->vt, VT_EMPTY) << "x is not a column of the group";
-}
-
-TEST_F(Grouping, MutableRecordWritesAndClearsTheSource) {
+  const auto overReadOnly = View<GroupRecord, IRecord>(readOnly.get());
   const auto view = View(record.get());
+  EXPECT_EQ(IntOf(overReadOnly.get(), 1), 2) << "source column 2";
+  EXPECT_EQ(IntOf(view.get(), 1), 2);
+  EXPECT_EQ(view.query<IRecordRaw>()->ColumnCount(), 4u);
+  EXPECT_EQ(identity_of(overReadOnly.query<IGroupRecordRaw>()->GetSource().get()), identity_of(readOnly.get()));
+  unique_variant byName;
+  EXPECT_EQ(overReadOnly->GetValueByName(_bstr_t(OLESTR("x")).GetBSTR(), byName.put()), S_OK);
+  EXPECT_EQ(byName->vt, VT_EMPTY) << "x is not a column of the group";
+
   EXPECT_EQ(view->SetValueAsInt32(1, 20), S_OK);
   EXPECT_EQ(IntOf(record.get(), 2), 20);
   unique_variant ten = MakeValue(VT_I4, &VARIANT::lVal, LONG{10});
   EXPECT_EQ(view->SetValueByName(_bstr_t(OLESTR("G.a")).GetBSTR(), ten.get()), S_OK);
   EXPECT_EQ(IntOf(record.get(), 0), 10);
   ExpectFailure(view->SetValueByName(_bstr_t(OLESTR("x")).GetBSTR(), ten.get()), "Column name doesn't found.");
-  ExpectFailure(view->SetValueAsString(0, _bstr_t(OLESTR("t")).GetBSTR()),
-                "New value class type doesn't match the column type.");
-  com_ptr<IRecord> readOnly;
   EXPECT_EQ(view->get_Record(readOnly.put()), S_OK);
   EXPECT_EQ(Describe(readOnly.get()) + ", " + std::to_string(IntOf(readOnly.get(), 1)), "GroupRecord 10, 20");
   EXPECT_EQ(view->Clear(), S_OK);
-  LONG size = -1;
-  source.columns->get_Size(&size);
-  EXPECT_EQ(size, 0) << "clearing the source record clears its columns";
+  EXPECT_TRUE(SchemaOf(source.columns.get()).empty()) << "clearing the source record clears its columns";
 }
 
 // Only changes to the group's columns are re-raised, at grouped positions and
-// with the grouped record as source; a veto of its listeners is the source's.
+// with the grouped record as source, once however often Create is called with
+// the same source; a veto of its listeners is the source's. A Create with
+// another source moves the registration, and the last release leaves it.
 TEST_F(Grouping, RecordsReRaiseTheSourcesGroupValueEventsAndVetoForIt) {
-  const auto view = View(record.get());
-  const auto log = Log(view.get());
+  const long start = ModuleLock::Count();
+  auto view = View(record.get());
+  view.query<IGroupRecordRaw>()->Create(record.get(), grouped.get(), _bstr_t(OLESTR("G")));
+  const auto log = make_object<EventLog>("l", lines, view.get());
   EXPECT_EQ(view->AddRecordChangeListener(log.get()), S_OK);
   record->SetValueAsInt32(1, 6);
   record->SetValueAsInt32(2, 3);
   EXPECT_EQ(view->EnableMutableRecordEvents(VARIANT_FALSE), S_OK);
   record->SetValueAsInt32(0, 4);
-  EXPECT_EQ(lines.size(), 2u);
   view->EnableMutableRecordEvents(VARIANT_TRUE);
-  EXPECT_EQ(log->foreignSources, 0);
   log->stop = true;
   ExpectFailure(record->SetValueAsInt32(2, 9), "Failed to change value.");
   ExpectFailure(view->SetValueAsInt32(1, 9), "Failed to change value.");
   EXPECT_EQ(IntOf(record.get(), 2), 3);
-  EXPECT_EQ(lines, (Lines{"l.ValueBeforeChange(1)", "l.ValueAfterChange(1)", "l.ValueAfterChange(-1)",
-                          "l.ValueBeforeChange(1)", "l.ValueBeforeChange(1)"}));
-}
 
-// Registered once per source, moved by a Create with another, left on the
-// last release.
-TEST_F(Grouping, RecordRegistersOnceOnItsSourceAndLeavesItOnTheLastRelease) {
-  const long start = ModuleLock::Count();
-  auto view = View<GroupRecord, IRecord>(record.get());
-  view.query<IGroupRecordRaw>()->Create(record.get(), grouped.get(), _bstr_t(OLESTR("G")));  // no second registration
-  EXPECT_EQ(view->AddRecordChangeListener(Log(view.get()).get()), S_OK);
-  record->SetValueAsInt32(0, 7);
-  view->EnableRecordEvents(VARIANT_FALSE);
-  record->SetValueAsInt32(0, 8);
-  view->EnableRecordEvents(VARIANT_TRUE);
   const auto other = source.AddRecord({8, 8, 8});
   view.query<IGroupRecordRaw>()->Create(other.get(), grouped.get(), _bstr_t(OLESTR("G")));
   record->SetValueAsInt32(0, 1);
-  EXPECT_EQ(lines, (Lines{"l.ValueBeforeChange(0)", "l.ValueAfterChange(0)", "l.ValueAfterChange(-1)"}))
-      << "the first source was left";
   EXPECT_EQ(IntOf(view.get()), 8);
+  EXPECT_EQ(lines, (Transcript{"l.ValueBeforeChange(1)", "l.ValueAfterChange(1)", "l.ValueAfterChange(-1)",
+                               "l.ValueBeforeChange(1)", "l.ValueBeforeChange(1)"}));
+  EXPECT_EQ(log->foreignSources, 0);
   view.reset();
-  EXPECT_EQ(ModuleLock::Count(), start + 1) << "only the second source record is left";
+  EXPECT_EQ(ModuleLock::Count(), start + 2) << "only the log and the second source record are left";
 }
 
 }  // namespace

@@ -4,27 +4,18 @@
 
 #include <initializer_list>
 #include <string>
-#include <vector>
 
 #include "columns/mutable_columns.h"
 #include "grouping/group_interfaces.h"
 #include "lists/mutable_record_list.h"
-#include "support/test_support.h"
+#include "support/recording_listener.h"
 
 namespace brevo::testing {
 
-using Lines = std::vector<std::string>;
-
-// The text of a returned string, which it frees.
-inline std::string Text(BSTR text) {
-  const _bstr_t owned(text, false);
-  return Narrow(text);
-}
-
 // "name/type/display" of each column of a collection or of its view.
-inline Lines SchemaOf(IDispatch* columns) {
+inline Transcript SchemaOf(IDispatch* columns) {
   const auto raw = RawColumnsOf(columns);
-  Lines schema;
+  Transcript schema;
   for (ULONG i = 0; i < raw->Size(); ++i) {
     const auto column = raw->MutableColumnAt(i).query<IColumnRaw>();
     schema.push_back(Narrow(column->ColumnName()) + "/" + std::to_string(column->ColumnType()) + "/" +
@@ -52,8 +43,8 @@ inline std::string Describe(IDispatch* record) {
   return shape + std::to_string(IntOf(record));
 }
 
-inline Lines Walk(IRecordListIterator* iterator) {
-  Lines seen;
+inline Transcript Walk(IRecordListIterator* iterator) {
+  Transcript seen;
   VARIANT_BOOL more = VARIANT_FALSE;
   while (seen.size() < 10 && iterator->HasNext(&more) == S_OK && more != VARIANT_FALSE) {
     com_ptr<IDispatch> next;
@@ -63,27 +54,17 @@ inline Lines Walk(IRecordListIterator* iterator) {
   return seen;
 }
 
-// Lets column additions and removals past the listeners registered after it
-// (a columns "Before" event goes on only past listeners that call Stop).
-class Gate : public implements<Gate, IColumnsChangeListener> {
- public:
-  static constexpr CLSID kClassId = {0x5D1E7A40, 0x3B2C, 0x4E19, {0x8F, 0x60, 0x2A, 0x77, 0x91, 0x0C, 0x5E, 0x31}};
-  STDMETHODIMP ColumnBeforeAdd(IColumnsChangeEvent* e) override { return e->Stop(); }
-  STDMETHODIMP ColumnAfterAdd(IColumnsChangeEvent*) override { return S_OK; }
-  STDMETHODIMP ColumnBeforeRemove(IColumnsChangeEvent* e) override { return e->Stop(); }
-  STDMETHODIMP ColumnAfterRemove(IColumnsChangeEvent*) override { return S_OK; }
-};
-
-// Writes "<name>.<Method>(<index>, <record>)", or "(null event)"; counts
-// events whose source is not `owner`.
+// Writes "<name>.<Method>(<index>, <record shape and value>)", or "(null
+// event)": the shared recorder can do neither. Counts events whose source is
+// not `owner`.
 class EventLog : public implements<EventLog, IRecordChangeListener, IRecordListChangeListener,
                                    IRecordListValueChangeListener> {
  public:
   static constexpr CLSID kClassId = {0x5D1E7A40, 0x3B2C, 0x4E19, {0x8F, 0x60, 0x2A, 0x77, 0x91, 0x0C, 0x5E, 0x32}};
-  EventLog(std::string name, Lines& lines) : name_(std::move(name)), lines_(lines) {}
+  EventLog(std::string name, Transcript& lines, IUnknown* owner)
+      : name_(std::move(name)), lines_(lines), owner_(identity_of(owner).get()) {}
 
   bool stop = false;
-  IUnknown* owner = nullptr;  // identity only
   int foreignSources = 0;
 
   STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override { return Log("ValueBeforeChange", e); }
@@ -110,18 +91,25 @@ class EventLog : public implements<EventLog, IRecordChangeListener, IRecordListC
     lines_.push_back(name_ + "." + method + "(" + what + ")");
     com_ptr<IDispatch> source;
     if (e == nullptr || e->GetSource(source.put()) != S_OK) return S_OK;
-    if (owner != nullptr && identity_of(source.get()).get() != owner) ++foreignSources;
+    if (identity_of(source.get()).get() != owner_) ++foreignSources;
     return stop ? e->Stop() : S_OK;
   }
 
   std::string name_;
-  Lines& lines_;
+  Transcript& lines_;
+  IUnknown* owner_;  // identity only
 };
 
 // A column collection (int32 columns by default) and a mutable list over it.
+// `gated` puts a listener first that calls Stop, which lets column additions
+// and removals past listeners that never do (the grouped views).
 struct SourceTable {
   explicit SourceTable(std::initializer_list<const OLECHAR*> names = {}, bool gated = false) {
-    if (gated) columns->AddColumnsChangeListener(make_object<Gate>().get());
+    if (gated) {
+      const auto gate = MakeRecorder("gate", gateHeard);
+      gate->stop = true;
+      columns->AddColumnsChangeListener(gate.get());
+    }
     for (const OLECHAR* name : names) AddColumn(name);
     list->Create(columns.get());
   }
@@ -150,22 +138,9 @@ struct SourceTable {
     return view;
   }
 
+  Transcript gateHeard;
   com_ptr<IMutableColumns> columns{make_object<MutableColumns>().get()};
   com_ptr<IMutableRecordList> list{make_object<MutableRecordList>().get()};
-};
-
-// Grouped lists that leave their source's registries when the holder goes
-// (the pair would otherwise keep itself alive).
-struct Hooked {
-  ~Hooked() {
-    for (const auto& raw : made) raw->Unregister();
-  }
-  template <class List>
-  com_ptr<List> Keep(const com_ptr<List>& list) {
-    made.push_back(list.template query<IGroupRecordListRaw>());
-    return list;
-  }
-  std::vector<com_ptr<IGroupRecordListRaw>> made;
 };
 
 }  // namespace brevo::testing

@@ -1,6 +1,5 @@
-// The mutable record list: making records, clearing, its read-only view, the
-// three-level comparison, record value changes passed on to the list's value
-// listeners, and the events switch with its summaries.
+// The mutable record list: making records, clearing, its view, the comparison,
+// record value changes passed on to its listeners, and its event summaries.
 #include "row_fixture.h"
 #include "support/recording_listener.h"
 
@@ -10,12 +9,12 @@ namespace {
 class RecordListTest : public ::testing::Test {
  protected:
   ~RecordListTest() override { ClearErrorInfo(); }
-  // A listener of both list kinds, on the list or view `on` when given.
-  template <class On = IMutableRecordList>
-  CComObject<RecordingListener>* Listener(const std::string& name, On* on = nullptr) {
+  // A listener of both list kinds on the list or view `on`.
+  template <class On>
+  CComObject<RecordingListener>* Listener(const std::string& name, On* on) {
     listeners.push_back(MakeRecorder(name, transcript));
-    EXPECT_TRUE(on == nullptr || (on->AddRecordListChangeListener(listeners.back().get()) == S_OK &&
-                                  on->AddRecordListValueChangeListener(listeners.back().get()) == S_OK));
+    EXPECT_EQ(on->AddRecordListChangeListener(listeners.back().get()), S_OK);
+    EXPECT_EQ(on->AddRecordListValueChangeListener(listeners.back().get()), S_OK);
     return listeners.back().get();
   }
   // The list's row count and its columns' count.
@@ -89,10 +88,9 @@ TEST_F(RecordListTest, ClearEmptiesTheColumnsAndDropsTheViewOnlyWithRows) {
 }
 
 TEST(RecordListCompare, ColumnsThenRowCountThenRecords) {
-  const struct { std::vector<LONG> own, other; LONG expected; } cases[] = {  // keys; -1 leaves the cell empty
-      {{1, 2}, {1, 2}, 0}, {{1, 2, 3, 4, 5}, {1, 2, 3}, 5}, {{1, 2, 3}, {1, 2, 3, 4, 5}, 3},  // the own count
-      {{}, {1, 2, 3}, 0},  {{1, 2}, {1, 3}, 1},             {{1, -1}, {1, 3}, -1},
-  };
+  // Unequal row counts give the own count, not a sign; equal ones compare the records.
+  const struct { std::vector<LONG> own, other; LONG expected; } cases[] = {
+      {{1, 2}, {1, 2}, 0}, {{1, 2, 3}, {1, 2, 3, 4, 5}, 3}, {{}, {1, 2, 3}, 0}, {{1, 2}, {1, 3}, 1}};
   LONG result = 99;
   for (const auto& c : cases) {
     EXPECT_EQ(ListOf(c.own)->CompareTo(ListOf(c.other).get(), &result), S_OK);
@@ -127,12 +125,14 @@ TEST_F(RecordListTest, RecordValueChangesReachTheValueListenersAlsoThroughTheVie
   EXPECT_EQ(record->SetValueAsInt32(0, 3), E_FAIL);
   EXPECT_EQ(KeyOf(record.get()), 2);
   EXPECT_EQ(transcript, (Transcript{"a.ListValueBeforeChange(0)"}));
-  // Each registry names itself when asked to remove a stranger.
-  auto* stranger = Listener("stranger");
-  ExpectFailure(list->RemoveRecordListChangeListener(stranger), "Cannot remove recordlist change listener.");
-  ExpectFailure(list->RemoveRecordListValueChangeListener(stranger), "Cannot remove recordList value change listener.");
-  ExpectFailure(view->RemoveRecordListChangeListener(stranger), "Cannot remove recordlist change listener.");
-  ExpectFailure(view->RemoveRecordListValueChangeListener(stranger), "Cannot remove record value change listener.");
+  // Each registry names itself when asked to remove a stranger (the list's
+  // change registry in the script tests).
+  const auto stranger = MakeRecorder("stranger", transcript);
+  ExpectFailure(list->RemoveRecordListValueChangeListener(stranger.get()),
+                "Cannot remove recordList value change listener.");
+  ExpectFailure(view->RemoveRecordListChangeListener(stranger.get()), "Cannot remove recordlist change listener.");
+  ExpectFailure(view->RemoveRecordListValueChangeListener(stranger.get()),
+                "Cannot remove record value change listener.");
 }
 
 TEST_F(RecordListTest, EventsSwitchedOffSumUpRecordsFirstThenValues) {

@@ -51,7 +51,6 @@ inline std::vector<LONG> KeysOf(const RowSequence& rows) {
   for (const Row& row : rows) keys.push_back(KeyOf(row.get()));
   return keys;
 }
-inline std::vector<LONG> WalkKeys(IRecordListIterator* it) { return KeysOf(Records(it)); }
 
 // The records of such a list, without the list; by default over a collection
 // of their own, as a record's last release clears its columns.

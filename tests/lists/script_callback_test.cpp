@@ -1,6 +1,5 @@
 // Script objects as conditions, comparators and listeners: answers read by
-// kind, errors raised as the callback's own, the adapters' identity. The
-// script clients in COMDll do the same with real engines, late-bound.
+// kind, errors raised as the callback's own, the adapters' identity.
 #include <cmath>
 
 #include "row_fixture.h"
@@ -29,17 +28,11 @@ class ScriptCallbackTest : public ::testing::TestWithParam<ScriptKind> {
     if (method != nullptr) script->Define(method, std::move(body));
     return script;
   }
-  // A script whose Evaluate answers `answer` for the record with `key` and false for the others.
-  com_ptr<FakeScript> Condition(LONG key, const unique_variant& answer) {
-    return Script(OLESTR("Evaluate"), [=, no = Bool(0)](const FakeScript::Args& args, VARIANT& out, EXCEPINFO&) {
-      return VariantCopy(&out, const_cast<VARIANT*>(&(KeyOfArgument(args, 0) == key ? answer : no).get()));
-    });
-  }
   // What GetFilteredIterator, and Find on a plain iterator, make of the script.
   std::pair<HRESULT, Keys> Filter(FakeScript* script) {
     com_ptr<IRecordListIterator> it;
     const HRESULT hr = list->GetFilteredIterator(Posing<IRecordCondition>(script), VARIANT_TRUE, it.put());
-    return {hr, WalkKeys(it.get())};
+    return {hr, KeysOf(Records(it.get()))};
   }
   std::pair<HRESULT, VARIANT_BOOL> Find(FakeScript* script) {
     com_ptr<IRecordListIterator> it;
@@ -56,22 +49,19 @@ TEST_P(ScriptCallbackTest, AnswersAreReadByTheirKind) {
   // Find wants exactly -1, the filter takes any non-zero answer.
   const struct { const char* what; unique_variant answer; VARIANT_BOOL found; bool filtered; } cases[] = {
       {"VT_BOOL true", Bool(VARIANT_TRUE), VARIANT_TRUE, true},
-      {"VT_BOOL 1", Bool(1), VARIANT_FALSE, true},
       {"VT_I4 1 (JScript's return 1)", I4(1), VARIANT_FALSE, true},
-      {"VT_I4 -1", I4(-1), VARIANT_TRUE, true},
       {"VT_I4 65536, beyond 16 bits", I4(65536), VARIANT_FALSE, true},
       {"VT_I8 -4294967297", I8(-4294967297LL), VARIANT_FALSE, true},
-      {"VT_R8 -1.0", R8(-1.0), VARIANT_TRUE, true},
-      {"VT_R8 -0.5, by its sign", R8(-0.5), VARIANT_TRUE, true},
-      {"VT_R8 0.25, by its sign", R8(0.25), VARIANT_FALSE, true},
+      {"VT_R8 -0.5, by its sign, not truncated", R8(-0.5), VARIANT_TRUE, true},
       {"VT_R8 NaN", R8(std::nan("")), VARIANT_FALSE, false},
       {"VT_BYREF|VT_I4 -1", MakeValue(VT_BYREF | VT_I4, &VARIANT::plVal, &g_minusOne), VARIANT_TRUE, true},
       {"VT_EMPTY (returns nothing)", unique_variant(), VARIANT_FALSE, false},
-      {"VT_NULL", MakeValue(VT_NULL), VARIANT_FALSE, false},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    const auto script = Condition(20, c.answer);
+    const auto script = Script(OLESTR("Evaluate"), [&c, no = Bool(0)](const auto& args, VARIANT& out, auto&) {
+      return VariantCopy(&out, const_cast<VARIANT*>(&(KeyOfArgument(args, 0) == 20 ? c.answer : no).get()));
+    });
     EXPECT_EQ(Find(script.get()), std::make_pair(S_OK, c.found));
     EXPECT_EQ(Filter(script.get()), std::make_pair(S_OK, c.filtered ? Keys{20} : Keys{}));
     EXPECT_EQ(script->calls.front(), "Evaluate(9)") << "a method call given the record as VT_DISPATCH";
@@ -82,7 +72,7 @@ TEST_P(ScriptCallbackTest, AnswersAreReadByTheirKind) {
   });
   com_ptr<IRecordListIterator> it;
   ASSERT_EQ(list->GetSortedIterator(Posing<IRecordComparator>(compare.get()), VARIANT_TRUE, it.put()), S_OK);
-  EXPECT_EQ(WalkKeys(it.get()), (Keys{30, 20, 10}));
+  EXPECT_EQ(KeysOf(Records(it.get())), (Keys{30, 20, 10}));
 }
 
 HRESULT STDMETHODCALLTYPE FillInLater(EXCEPINFO* error) {
@@ -116,20 +106,15 @@ TEST_P(ScriptCallbackTest, ScriptErrorsFailAsTheCallbacksOwnError) {
   }
 }
 
-// A listener's script error fails the change with its code and message, or
-// after the change lets it stand. Bound early or late, the adapters answer for
-// the script object's identity and let go of it.
+// A listener's script error fails the change with its code and message; after
+// the change it lets the change stand. Bound early or late, the adapters
+// answer for the script object's identity and let go of it.
 TEST_P(ScriptCallbackTest, ScriptListenersFailChangesWithTheirErrorAndAreFoundByTheirIdentity) {
-  std::vector<com_ptr<IMutableRecord>> kept(3);  // a refused record's end would clear the list's columns
-  const auto before = Script(OLESTR("RecordBeforeAdd"), Throw(0x800A03EC, OLESTR("Expected ';'")));
-  ASSERT_EQ(list->AddRecordListChangeListener(Posing<IRecordListChangeListener>(before.get())), S_OK);
-  EXPECT_EQ(list->AddRecord(kept[0].put()), static_cast<HRESULT>(0x800A03EC));
-  EXPECT_EQ(TakeErrorInfo().description, "Expected ';'");
-  ASSERT_EQ(list->RemoveRecordListChangeListener(Posing<IRecordListChangeListener>(before.get())), S_OK);
   const auto after = Script(OLESTR("RecordAfterAdd"), Throw(0, OLESTR("late"), 7));
   auto* posing = Posing<IRecordListChangeListener>(after.get());
   ASSERT_EQ(list->AddRecordListChangeListener(posing), S_OK);
-  EXPECT_EQ(list->AddRecord(kept[1].put()), static_cast<HRESULT>(0x80040207));
+  com_ptr<IMutableRecord> record;
+  EXPECT_EQ(list->AddRecord(record.put()), static_cast<HRESULT>(0x80040207));
   EXPECT_EQ(TakeErrorInfo().description, "late");
   const auto lateBound = [&](const OLECHAR* method) {
     return InvokeByName(list.get(), method, {DispatchArg(after.get())});
@@ -137,13 +122,13 @@ TEST_P(ScriptCallbackTest, ScriptListenersFailChangesWithTheirErrorAndAreFoundBy
   EXPECT_EQ(lateBound(OLESTR("RemoveRecordListChangeListener")).hr, S_OK);
   ASSERT_EQ(lateBound(OLESTR("AddRecordListChangeListener")).hr, S_OK);
   EXPECT_EQ(list->RemoveRecordListChangeListener(posing), S_OK);
-  EXPECT_EQ(list->AddRecord(kept[2].put()), S_OK) << "nothing is left registered";
+  EXPECT_EQ(list->AddRecord(record.put()), S_OK) << "nothing is left registered";
   EXPECT_EQ(after->refs, 1u) << "the adapters let go of the script object";
   EXPECT_EQ(lateBound(OLESTR("RemoveRecordListChangeListener")).description,
             "Cannot remove recordlist change listener.");
   ULONG size = 0;
   EXPECT_EQ(list->get_Size(&size), S_OK);
-  EXPECT_EQ(size, 5u) << "all but the refused record";
+  EXPECT_EQ(size, 5u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ScriptCallbackTest,

@@ -15,15 +15,12 @@ IMutableRecordRaw* RawOf(IMutableRecord* record) {
 }
 unique_variant I4(LONG v) { return MakeValue(VT_I4, &VARIANT::lVal, v); }
 
-// A record as the list makes one: element 0 the record itself, then one cell
-// per column holding the given values in order (-1 and the rest empty).
-com_ptr<IMutableRecord> NewRecord(IMutableColumns* columns, std::initializer_list<LONG> values = {}) {
+// A record over the columns, holding the given values in order (-1 and the
+// rest empty) after the spare element 0.
+com_ptr<IMutableRecord> NewRecord(IMutableColumns* columns, const std::vector<LONG>& values = {}) {
   const com_ptr<IMutableRecord> record(make_object<MutableRecord>().get());
   RawOf(record.get())->Create(columns);
-  VARIANT self{};
-  self.vt = VT_UNKNOWN;
-  self.punkVal = record.get();
-  std::vector<unique_variant> cells{unique_variant(self)};  // a counted copy, as the list hands it over
+  std::vector<unique_variant> cells(1);
   for (const LONG v : values) cells.push_back(v < 0 ? unique_variant() : I4(v));
   cells.resize(RawColumnsOf(columns)->Size() + 1);
   RawOf(record.get())->AssignValues(cells);
@@ -48,7 +45,6 @@ std::string Cell(IMutableRecord* record, ULONG index) {
 
 class MutableRecordTest : public ::testing::Test {
  protected:
-  void SetUp() override { Remake(); }
   ~MutableRecordTest() override { ClearErrorInfo(); }
 
   template <class R>
@@ -57,15 +53,9 @@ class MutableRecordTest : public ::testing::Test {
     EXPECT_EQ(on->AddRecordChangeListener(listener.get()), S_OK);
     return listener.get();
   }
-  // A new record over new columns: releasing the old record clears its columns.
-  void Remake() {
-    columns = Schema({{OLESTR("num"), 10}, {OLESTR("text"), 1}, {OLESTR("big"), 12}});
-    record = NewRecord(columns.get());
-  }
-
   Transcript transcript;
-  com_ptr<IMutableColumns> columns;
-  com_ptr<IMutableRecord> record;
+  com_ptr<IMutableColumns> columns = Schema({{OLESTR("num"), 10}, {OLESTR("text"), 1}, {OLESTR("big"), 12}});
+  com_ptr<IMutableRecord> record = NewRecord(columns.get());
 };
 
 TEST_F(MutableRecordTest, AssignedCellsAreTakenAsTheyAreAndReadByIndexOrNameThroughTheIndexMap) {
@@ -86,7 +76,7 @@ TEST_F(MutableRecordTest, AssignedCellsAreTakenAsTheyAreAndReadByIndexOrNameThro
   EXPECT_EQ(transcript, (Transcript{"r.ValueBeforeChange(1)", "r.ValueAfterChange(1)"}));
   // By name: an exact match, then through the map. Unknown names read as
   // empty but cannot be written.
-  for (const OLECHAR* name : {OLESTR("num"), OLESTR("Num"), OLESTR(""), static_cast<const OLECHAR*>(nullptr)}) {
+  for (const OLECHAR* name : {OLESTR("num"), OLESTR("Num"), static_cast<const OLECHAR*>(nullptr)}) {
     SCOPED_TRACE(Narrow(name));
     const bool known = name != nullptr && Narrow(name) == "num";
     unique_variant read;
@@ -100,28 +90,22 @@ TEST_F(MutableRecordTest, AssignedCellsAreTakenAsTheyAreAndReadByIndexOrNameThro
 
 TEST_F(MutableRecordTest, OnlyAnUnequalValueIsAnnouncedAndABeforeListenerMayVetoIt) {
   auto* a = Listen(record.get(), "a");
-  auto* b = Listen(record.get(), "b");
+  Listen(record.get(), "b");
   EXPECT_EQ(record->SetValueAsInt32(0, 0), S_OK);  // empty differs from 0
   EXPECT_EQ(record->SetValueAsInt32(0, 0), S_OK);
   // INT fits an int column, differs in kind from I4 and keeps its kind.
   EXPECT_EQ(record->SetValue(0, MakeValue(VT_INT, &VARIANT::intVal, INT{0}).get()), S_OK);
-  b->stop = true;
+  a->stop = true;
   ExpectFailure(record->SetValueAsInt32(0, 2), "Failed to change value.");
-  b->stop = false;
-  a->result = E_FAIL;
-  EXPECT_EQ(record->SetValueAsInt32(0, 3), E_FAIL);
+  a->stop = false;
   EXPECT_EQ(Cell(record.get(), 0), "vt 22");
   EXPECT_EQ(transcript, (Transcript{"a.ValueBeforeChange(0)", "b.ValueBeforeChange(0)", "a.ValueAfterChange(0)",
                                     "b.ValueAfterChange(0)", "a.ValueBeforeChange(0)", "b.ValueBeforeChange(0)",
-                                    "a.ValueAfterChange(0)", "b.ValueAfterChange(0)", "a.ValueBeforeChange(0)",
-                                    "b.ValueBeforeChange(0)", "a.ValueBeforeChange(0)"}));
-  // 64-bit values cannot be compared: only a first write into an empty cell
-  // succeeds. The 64-bit setter hands over an empty value, which no column takes.
+                                    "a.ValueAfterChange(0)", "b.ValueAfterChange(0)", "a.ValueBeforeChange(0)"}));
+  // 64-bit values cannot be compared: only a first write into an empty cell succeeds.
   transcript.clear();
-  a->result = S_OK;
   EXPECT_EQ(record->SetValue(2, MakeValue(VT_I8, &VARIANT::llVal, LONGLONG{1}).get()), S_OK);
   EXPECT_EQ(record->SetValue(2, MakeValue(VT_I8, &VARIANT::llVal, LONGLONG{2}).get()), E_INVALIDARG);
-  ExpectFailure(record->SetValueAsInt64(2, 5), "New value class type doesn't match the column type.");
   EXPECT_EQ(Cell(record.get(), 2), "I8 1");
   EXPECT_EQ(transcript.size(), 4u);
 }
@@ -129,7 +113,6 @@ TEST_F(MutableRecordTest, OnlyAnUnequalValueIsAnnouncedAndABeforeListenerMayVeto
 TEST_F(MutableRecordTest, OutOfRangeReadsNameTheIndexAndStoragePositionsBeyondTheValuesAreRefusedOrAbort) {
   const com_ptr<IMutableRecord> bare(make_object<MutableRecord>().get());  // no index map to ask
   unique_variant value;
-  ExpectFailure(bare->GetValue(5, value.put()), "Cannot acsses the spasfic value in position : 5");
   ExpectFailure(bare->GetValue(0xFFFFFFFF, value.put()), "Cannot acsses the spasfic value in position : 4294967295");
   LONG number = 0;
   ExpectFailure(bare->GetValueAsInt32(3, &number), "Cannot acsses the spasfic value in position : 3");
@@ -139,50 +122,37 @@ TEST_F(MutableRecordTest, OutOfRangeReadsNameTheIndexAndStoragePositionsBeyondTh
   // to the size, the container's own check aborts, which the guard makes E_UNEXPECTED.
   for (const std::size_t keep : {1, 2}) {
     SCOPED_TRACE(keep);
-    Remake();
-    IMutableRecord* target = record.get();
+    const auto fresh = Schema({{OLESTR("num"), 10}, {OLESTR("text"), 1}});
+    const auto shrinking = NewRecord(fresh.get());
+    IMutableRecord* target = shrinking.get();
     Listen(target, "shrink")->during = [target, keep] {
       std::vector<unique_variant> cells(keep);
       RawOf(target)->AssignValues(cells);
     };
-    EXPECT_EQ(record->SetValue(1, MakeString(OLESTR("x")).get()), keep == 1 ? DISP_E_EXCEPTION : E_UNEXPECTED);
+    EXPECT_EQ(target->SetValue(1, MakeString(OLESTR("x")).get()), keep == 1 ? DISP_E_EXCEPTION : E_UNEXPECTED);
     EXPECT_EQ(TakeErrorInfo().description, keep == 1 ? "The index is bigger then the size of the array." : "");
   }
 }
 
 TEST(MutableRecordCompare, TheFirstUnequalCellDecidesByEmptinessOnlyThenTheOtherColumnCount) {
-  const auto compare = [](std::initializer_list<LONG> own, std::initializer_list<LONG> other) {
-    const auto columns = [](std::size_t count) {
-      return count == 2 ? Schema({{OLESTR("a"), 10}, {OLESTR("b"), 10}})
-                        : Schema({{OLESTR("a"), 10}, {OLESTR("b"), 10}, {OLESTR("c"), 10}});
-    };
-    const auto ownColumns = columns(own.size()), otherColumns = columns(other.size());
-    LONG result = 99;
-    EXPECT_EQ(NewRecord(ownColumns.get(), own)->CompareTo(NewRecord(otherColumns.get(), other).get(), &result), S_OK);
-    return result;
+  const struct { std::vector<LONG> own, other; LONG expected; } cases[] = {  // -1 leaves a cell empty
+      {{5, 1}, {7, 1}, 1}, {{-1, 1}, {5, 1}, -1}, {{1, 2, 3}, {1, 2}, -1}, {{1, 2}, {1, 2, 3}, 1}};
+  // Columns of their own: the end of a record clears its columns.
+  const auto schema = [](std::size_t count) {
+    return count == 2 ? Schema({{OLESTR("a"), 10}, {OLESTR("b"), 10}})
+                      : Schema({{OLESTR("a"), 10}, {OLESTR("b"), 10}, {OLESTR("c"), 10}});
   };
-  // Equal, smaller and empty own values: the list's tests.
-  EXPECT_EQ(compare({7, 1}, {5, 1}), 1);
-  EXPECT_EQ(compare({5, 1}, {-1, 1}), 1) << "an empty other value";
-  EXPECT_EQ(compare({1, 2, 3}, {1, 2}), -1) << "the other has fewer columns";
-  EXPECT_EQ(compare({1, 2}, {1, 2, 3}), 1) << "the other has more columns";
+  for (const auto& c : cases) {
+    const auto ownColumns = schema(c.own.size()), otherColumns = schema(c.other.size());
+    LONG result = 99;
+    EXPECT_EQ(NewRecord(ownColumns.get(), c.own)->CompareTo(NewRecord(otherColumns.get(), c.other).get(), &result), S_OK);
+    EXPECT_EQ(result, c.expected) << c.own.size() << " columns against " << c.other.size();
+  }
   LONG result = 0;
   EXPECT_EQ(NewRecord(Schema().get())->CompareTo(nullptr, &result), E_POINTER);
 }
 
-TEST_F(MutableRecordTest, ClearEmptiesTheValuesAndTheSharedColumnsSilently) {
-  auto columnsListener = MakeScripted(transcript, "columns");
-  columns->AddColumnsChangeListener(columnsListener.get());
-  Listen(record.get(), "r");
-  EXPECT_EQ(record->Clear(), S_OK);
-  EXPECT_EQ(RawColumnsOf(columns.get())->Size(), 0u);
-  EXPECT_TRUE(transcript.empty());
-  const ScopedThrowingInvalidParameter guard;
-  unique_variant value;
-  EXPECT_EQ(record->GetValue(7, value.put()), E_UNEXPECTED) << "not even the spare element is left";
-}
-
-TEST_F(MutableRecordTest, TheReadOnlyViewReadsThroughAndHearsTheRecord) {
+TEST_F(MutableRecordTest, TheReadOnlyViewReadsThroughHearsTheRecordAndOutlivesItsClear) {
   com_ptr<IRecord> view;
   ASSERT_EQ(record->get_Record(view.put()), S_OK);
   EXPECT_FALSE(view.try_query<IMutableRecord>());
@@ -205,7 +175,6 @@ TEST_F(MutableRecordTest, TheReadOnlyViewReadsThroughAndHearsTheRecord) {
   ExpectFailure(record->SetValueAsInt32(0, 2), "Failed to change value.");
   EXPECT_EQ(record->EnableMutableRecordEvents(VARIANT_FALSE), S_OK);
   EXPECT_EQ(record->SetValueAsInt32(0, 3), S_OK);
-  EXPECT_EQ(record->SetValueAsInt32(0, 4), S_OK);
   EXPECT_EQ(record->EnableMutableRecordEvents(VARIANT_TRUE), S_OK);
   EXPECT_EQ(view->EnableRecordEvents(VARIANT_FALSE), S_OK);
   EXPECT_EQ(record->SetValueAsInt32(0, 5), S_OK);
@@ -215,6 +184,16 @@ TEST_F(MutableRecordTest, TheReadOnlyViewReadsThroughAndHearsTheRecord) {
                                     "view.ValueBeforeChange(0)", "view.ValueAfterChange(-1)",
                                     "view.ValueAfterChange(-1)"}));
 
+  // Clear empties the values and the shared columns, silently.
+  transcript.clear();
+  EXPECT_EQ(record->Clear(), S_OK);
+  EXPECT_EQ(RawColumnsOf(columns.get())->Size(), 0u);
+  EXPECT_TRUE(transcript.empty());
+  {
+    const ScopedThrowingInvalidParameter guard;
+    unique_variant value;
+    EXPECT_EQ(record->GetValue(7, value.put()), E_UNEXPECTED) << "not even the spare element is left";
+  }
   // A view that outlives its record answers E_POINTER.
   record.reset();
   LONG number = 0;
