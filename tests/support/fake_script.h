@@ -15,10 +15,6 @@ namespace brevo::testing {
 
 enum class ScriptKind { kDispatch, kDispatchExOnly };
 
-inline const char* KindName(ScriptKind kind) {
-  return kind == ScriptKind::kDispatch ? "IDispatch" : "IDispatchEx only";
-}
-
 class FakeScript final : public IDispatchEx {
  public:
   // Arguments in call order; answer starts empty.
