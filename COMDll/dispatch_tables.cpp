@@ -11,6 +11,7 @@ namespace brevo {
 namespace {
 
 using dispatch::Call;
+using dispatch::CallIgnoringArguments;
 using dispatch::Inputs;
 
 const DispatchMember kRecordMembers[] = {
@@ -153,7 +154,7 @@ const DispatchMember kRecordListIteratorMembers[] = {
 const DispatchMember kRecordListUtilsMembers[] = {
     {1, {OLESTR("GetRecordListByGroup")}, {OLESTR("list"), OLESTR("group"), OLESTR("RetVal")}, Call<&IRecordListUtils::GetRecordListByGroup>(), nullptr, Inputs<&IRecordListUtils::GetRecordListByGroup>()},
     {2, {OLESTR("GetMutableRecordListByGroup")}, {OLESTR("list"), OLESTR("group"), OLESTR("RetVal")}, Call<&IRecordListUtils::GetMutableRecordListByGroup>(), nullptr, Inputs<&IRecordListUtils::GetMutableRecordListByGroup>()},
-    {3, {OLESTR("SaveToFile")}, {OLESTR("list"), OLESTR("fileName")}, Call<&IRecordListUtils::SaveToFile>(), nullptr, Inputs<&IRecordListUtils::SaveToFile>()},
+    {3, {OLESTR("SaveToFile")}, {OLESTR("list"), OLESTR("fileName")}, CallIgnoringArguments<&IRecordListUtils::SaveToFile>(), nullptr, Inputs<&IRecordListUtils::SaveToFile>(), true},
     {4, {OLESTR("GetGroupCount")}, {OLESTR("list"), OLESTR("RetVal")}, Call<&IRecordListUtils::GetGroupCount>(), nullptr, Inputs<&IRecordListUtils::GetGroupCount>()},
     {5, {OLESTR("GetMutableGroupCount")}, {OLESTR("list"), OLESTR("RetVal")}, Call<&IRecordListUtils::GetMutableGroupCount>(), nullptr, Inputs<&IRecordListUtils::GetMutableGroupCount>()},
     {6, {OLESTR("GetGroupName")}, {OLESTR("list"), OLESTR("index"), OLESTR("RetVal")}, Call<&IRecordListUtils::GetGroupName>(), nullptr, Inputs<&IRecordListUtils::GetGroupName>()},
@@ -208,6 +209,36 @@ const DispatchMember kRecordListValueChangeEventMembers[] = {
     {6, {OLESTR("GetSource")}, {OLESTR("RetVal")}, Call<&IRecordListValueChangeEvent::GetSource>(), nullptr, Inputs<&IRecordListValueChangeEvent::GetSource>()},
 };
 
+// The listener interfaces, reached through a library object that listens.
+const DispatchMember kColumnsChangeListenerMembers[] = {
+    {1, {OLESTR("ColumnBeforeAdd")}, {OLESTR("pEvent")}, Call<&IColumnsChangeListener::ColumnBeforeAdd>(), nullptr, Inputs<&IColumnsChangeListener::ColumnBeforeAdd>()},
+    {2, {OLESTR("ColumnAfterAdd")}, {OLESTR("pEvent")}, Call<&IColumnsChangeListener::ColumnAfterAdd>(), nullptr, Inputs<&IColumnsChangeListener::ColumnAfterAdd>()},
+    {3, {OLESTR("ColumnBeforeRemove")}, {OLESTR("pEvent")}, Call<&IColumnsChangeListener::ColumnBeforeRemove>(), nullptr, Inputs<&IColumnsChangeListener::ColumnBeforeRemove>()},
+    {4, {OLESTR("ColumnAfterRemove")}, {OLESTR("pEvent")}, Call<&IColumnsChangeListener::ColumnAfterRemove>(), nullptr, Inputs<&IColumnsChangeListener::ColumnAfterRemove>()},
+};
+
+const DispatchMember kRecordListChangeListenerMembers[] = {
+    {1, {OLESTR("RecordBeforeAdd")}, {OLESTR("pEvent")}, Call<&IRecordListChangeListener::RecordBeforeAdd>(), nullptr, Inputs<&IRecordListChangeListener::RecordBeforeAdd>()},
+    {2, {OLESTR("RecordAfterAdd")}, {OLESTR("pEvent")}, Call<&IRecordListChangeListener::RecordAfterAdd>(), nullptr, Inputs<&IRecordListChangeListener::RecordAfterAdd>()},
+    {3, {OLESTR("RecordBeforeRemove")}, {OLESTR("pEvent")}, Call<&IRecordListChangeListener::RecordBeforeRemove>(), nullptr, Inputs<&IRecordListChangeListener::RecordBeforeRemove>()},
+    {4, {OLESTR("RecordAfterRemove")}, {OLESTR("pEvent")}, Call<&IRecordListChangeListener::RecordAfterRemove>(), nullptr, Inputs<&IRecordListChangeListener::RecordAfterRemove>()},
+};
+
+// Late-bound callers see After as id 1.
+const DispatchMember kRecordChangeListenerMembers[] = {
+    {1, {OLESTR("ValueAfterChange")}, {OLESTR("pEvent")}, Call<&IRecordChangeListener::ValueAfterChange>(), nullptr, Inputs<&IRecordChangeListener::ValueAfterChange>()},
+    {2, {OLESTR("ValueBeforeChange")}, {OLESTR("pEvent")}, Call<&IRecordChangeListener::ValueBeforeChange>(), nullptr, Inputs<&IRecordChangeListener::ValueBeforeChange>()},
+};
+
+const DispatchMember kRecordListValueChangeListenerMembers[] = {
+    {1, {OLESTR("ValueBeforeChange")}, {OLESTR("pEvent")}, Call<&IRecordListValueChangeListener::ValueBeforeChange>(), nullptr, Inputs<&IRecordListValueChangeListener::ValueBeforeChange>()},
+    {2, {OLESTR("ValueAfterChange")}, {OLESTR("pEvent")}, Call<&IRecordListValueChangeListener::ValueAfterChange>(), nullptr, Inputs<&IRecordListValueChangeListener::ValueAfterChange>()},
+};
+
+const DispatchMember kPropertyChangeListenerMembers[] = {
+    {1, {OLESTR("PropertyChange")}, {OLESTR("pEvent")}, Call<&IPropertyChangeListener::PropertyChange>(), nullptr, Inputs<&IPropertyChangeListener::PropertyChange>()},
+};
+
 template <class I, std::size_t N>
 constexpr DispatchTable TableOf(const DispatchMember (&members)[N]) {
   return DispatchTable{&iid_of<I>(), members, N};
@@ -230,6 +261,11 @@ const DispatchTable kTables[] = {
     TableOf<IColumnsChangeEvent>(kColumnsChangeEventMembers),
     TableOf<IRecordListChangeEvent>(kRecordListChangeEventMembers),
     TableOf<IRecordListValueChangeEvent>(kRecordListValueChangeEventMembers),
+    TableOf<IColumnsChangeListener>(kColumnsChangeListenerMembers),
+    TableOf<IRecordListChangeListener>(kRecordListChangeListenerMembers),
+    TableOf<IRecordChangeListener>(kRecordChangeListenerMembers),
+    TableOf<IRecordListValueChangeListener>(kRecordListValueChangeListenerMembers),
+    TableOf<IPropertyChangeListener>(kPropertyChangeListenerMembers),
 };
 
 }  // namespace

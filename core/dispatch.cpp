@@ -40,6 +40,17 @@ void FillException(HRESULT hr, EXCEPINFO* info) {
   }
 }
 
+// What Invoke answers for the call's result: argument failures as they are,
+// the method's failure as an exception.
+HRESULT Finished(HRESULT hr, EXCEPINFO* excepInfo) {
+  if (hr == DISP_E_BADPARAMCOUNT || hr == DISP_E_TYPEMISMATCH || hr == DISP_E_OVERFLOW) return hr;
+  if (FAILED(hr)) {
+    FillException(hr, excepInfo);
+    return DISP_E_EXCEPTION;
+  }
+  return S_OK;
+}
+
 }  // namespace
 
 HRESULT DispatchGetTypeInfoCount(REFIID iid, UINT* count) noexcept {
@@ -92,6 +103,9 @@ HRESULT DispatchInvoke(const DispatchTable* table, IDispatch* target, DISPID mem
     return DISP_E_MEMBERNOTFOUND;
   }
 
+  if (result != nullptr) VariantInit(result);
+  if (found->anyArguments) return Finished(call(target, nullptr, 0, result, argErr), excepInfo);
+
   // Arguments in call order: named ones by their position (the value of a put
   // is the last), the rest from the end of rgvarg.
   const UINT count = params->cArgs;
@@ -115,14 +129,7 @@ HRESULT DispatchInvoke(const DispatchTable* table, IDispatch* target, DISPID mem
     if (args[i] == nullptr) return DISP_E_PARAMNOTOPTIONAL;
   }
 
-  if (result != nullptr) VariantInit(result);
-  const HRESULT hr = call(target, args, count, result, argErr);
-  if (hr == DISP_E_BADPARAMCOUNT || hr == DISP_E_TYPEMISMATCH || hr == DISP_E_OVERFLOW) return hr;
-  if (FAILED(hr)) {
-    FillException(hr, excepInfo);
-    return DISP_E_EXCEPTION;
-  }
-  return S_OK;
+  return Finished(call(target, args, count, result, argErr), excepInfo);
 }
 
 }  // namespace brevo

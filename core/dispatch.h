@@ -27,6 +27,7 @@ struct DispatchMember {
   DispatchInvoker call;      // method or property get
   DispatchInvoker put;       // property put, or null
   UINT inputs;               // arguments the call takes
+  bool anyArguments = false; // takes any number and kind of arguments, and uses none
 };
 
 struct DispatchTable {
@@ -251,6 +252,22 @@ struct Invoker<Method, BoolResult> {
 template <auto Method, bool BoolResult = false>
 constexpr DispatchInvoker Call() {
   return &Invoker<Method, BoolResult>::Call;
+}
+// A member that accepts whatever it is given late-bound and calls method with
+// empty arguments (it uses none of them).
+template <auto Method>
+struct IgnoringInvoker;
+
+template <class I, class... A, HRESULT (STDMETHODCALLTYPE I::*Method)(A...)>
+struct IgnoringInvoker<Method> {
+  static HRESULT Call(IDispatch* target, VARIANTARG**, UINT, VARIANT*, UINT*) {
+    return (static_cast<I*>(target)->*Method)(A{}...);
+  }
+};
+
+template <auto Method>
+constexpr DispatchInvoker CallIgnoringArguments() {
+  return &IgnoringInvoker<Method>::Call;
 }
 template <auto Method>
 constexpr UINT Inputs() {

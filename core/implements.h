@@ -26,8 +26,46 @@ namespace brevo {
 namespace detail {
 
 // IUnknown and ISupportErrorInfo over the class's interface list.
+// One interface of the class. A dual interface answers late-bound calls through
+// its own vtable with its own name table (a listener interface with the
+// listener's names); one that has no table, such as a library-internal
+// interface, answers as the class's main interface.
+template <class Derived, class Main, class I, bool Dual = std::is_base_of_v<IDispatch, I>>
+class interface_face : public I {};
+
+template <class Derived, class Main, class I>
+class interface_face<Derived, Main, I, true> : public I {
+ public:
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override { return DispatchGetTypeInfoCount(Iid(), count); }
+  STDMETHODIMP GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
+    return DispatchGetTypeInfo(Iid(), index, info);
+  }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+    return DispatchGetIDsOfNames(Table(), names, count, ids);
+  }
+  STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
+                      EXCEPINFO* excepInfo, UINT* argErr) override {
+    IDispatch* target = OwnTable() != nullptr ? static_cast<IDispatch*>(static_cast<I*>(this))
+                                              : static_cast<IDispatch*>(static_cast<Main*>(static_cast<Derived*>(this)));
+    return DispatchInvoke(Table(), target, member, flags, params, result, excepInfo, argErr);
+  }
+
+ private:
+  static const DispatchTable* OwnTable() noexcept {
+    static const DispatchTable* const table = FindDispatchTable(iid_of<I>());
+    return table;
+  }
+  static const DispatchTable* Table() noexcept {
+    static const DispatchTable* const table = OwnTable() != nullptr ? OwnTable() : FindDispatchTable(iid_of<Main>());
+    return table;
+  }
+  static const IID& Iid() noexcept { return OwnTable() != nullptr ? iid_of<I>() : iid_of<Main>(); }
+};
+
 template <class Derived, class First, class... Rest>
-class object_root : public First, public Rest..., public ISupportErrorInfo {
+class object_root : public interface_face<Derived, First, First>,
+                    public interface_face<Derived, First, Rest>...,
+                    public ISupportErrorInfo {
  public:
   // Declared once here so that every interface's slots share one overrider.
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override = 0;
@@ -106,36 +144,6 @@ class object_root : public First, public Rest..., public ISupportErrorInfo {
   }
 };
 
-// One overrider for the IDispatch slots of every dual interface in the list:
-// names and ids from the interface's table, type information from the
-// module's type library where there is one.
-template <bool Dual, class Derived, class... Interfaces>
-class dispatch_layer : public object_root<Derived, Interfaces...> {};
-
-template <class Derived, class... Interfaces>
-class dispatch_layer<true, Derived, Interfaces...> : public object_root<Derived, Interfaces...> {
-  using Dual = std::tuple_element_t<0, std::tuple<Interfaces...>>;
-
- public:
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override { return DispatchGetTypeInfoCount(iid_of<Dual>(), count); }
-  STDMETHODIMP GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
-    return DispatchGetTypeInfo(iid_of<Dual>(), index, info);
-  }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
-    return DispatchGetIDsOfNames(Table(), names, count, ids);
-  }
-  STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
-                      EXCEPINFO* excepInfo, UINT* argErr) override {
-    return DispatchInvoke(Table(), static_cast<Dual*>(this), member, flags, params, result, excepInfo, argErr);
-  }
-
- private:
-  static const DispatchTable* Table() noexcept {
-    static const DispatchTable* const table = FindDispatchTable(iid_of<Dual>());
-    return table;
-  }
-};
-
 // IProvideClassInfo, where the class lists it: its class in the type library.
 template <bool ClassInfo, class Derived, class Base>
 class class_info_layer : public Base {};
@@ -152,7 +160,7 @@ template <class Derived, class... Interfaces>
 class implements
     : public detail::class_info_layer<
           (std::is_same_v<IProvideClassInfo, Interfaces> || ...), Derived,
-          detail::dispatch_layer<(std::is_base_of_v<IDispatch, Interfaces> || ...), Derived, Interfaces...>> {};
+          detail::object_root<Derived, Interfaces...>> {};
 
 // A stand-alone object with its own plain (apartment) reference count.
 template <class T>

@@ -61,8 +61,9 @@ class ListenerRegistry {
       if (Skips(i, true)) continue;
       Event* event = Resolve(source);
       CallOne(i, method, event);
+      // A null event, passed on as it came, cannot be stopped.
       VARIANT_BOOL stopped = 0;
-      ThrowIfFailed(event->IsStopped(&stopped));
+      if (event != nullptr) ThrowIfFailed(event->IsStopped(&stopped));
       if (stopped != 0) return false;
     }
     return true;

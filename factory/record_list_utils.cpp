@@ -9,18 +9,6 @@
 namespace brevo {
 namespace {
 
-// Undoes the registrations of a grouped list whose Create failed.
-template <class Grouped>
-void CreateOrUndo(Grouped& grouped, IDispatch* source, const _bstr_t& group) {
-  IGroupRecordListRaw* raw = &grouped;
-  try {
-    raw->Create(source, group);
-  } catch (...) {
-    raw->Unregister();
-    throw;
-  }
-}
-
 com_ptr<IColumns> ColumnsOf(IRecordList* list) {
   if (list == nullptr) _com_issue_error(E_POINTER);
   com_ptr<IColumns> columns;
@@ -99,15 +87,17 @@ _bstr_t NameGroup(IColumns* columns, ULONG index) {
 }  // namespace
 
 com_ptr<IRecordList> RecordListUtilsImpl::GetRecordListByGroup(IRecordList* list, const _bstr_t& group) {
+  // A refused Create leaves its registrations on the source: the half-built
+  // list and the source keep each other, as the contract has it.
   auto grouped = make_object<GroupRecordList>();
-  CreateOrUndo(*grouped, list, group);
+  grouped->GroupRecordListImpl::Create(list, group);
   return com_ptr<IRecordList>(grouped.get());
 }
 
 com_ptr<IMutableRecordList> RecordListUtilsImpl::GetMutableRecordListByGroup(IMutableRecordList* list,
                                                                              const _bstr_t& group) {
   auto grouped = make_object<GroupMutableRecordList>();
-  CreateOrUndo(*grouped, list, group);
+  grouped->GroupRecordListImpl::Create(list, group);
   return com_ptr<IMutableRecordList>(grouped.get());
 }
 

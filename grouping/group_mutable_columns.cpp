@@ -97,6 +97,7 @@ void GroupMutableColumnsImpl::WithGroupedEventsOff(Change&& change) {
 }
 
 void GroupMutableColumnsImpl::ColumnAfterAdd(IColumnsChangeEvent* event) {
+  if (event == nullptr) _com_issue_error(E_POINTER);
   WithGroupedEventsOff([&] {
     com_ptr<IDispatch> added;
     ThrowIfFailed(event->GetColumnChanged(added.put()));
@@ -113,6 +114,7 @@ void GroupMutableColumnsImpl::ColumnAfterAdd(IColumnsChangeEvent* event) {
 }
 
 void GroupMutableColumnsImpl::ColumnAfterRemove(IColumnsChangeEvent* event) {
+  if (event == nullptr) _com_issue_error(E_POINTER);
   WithGroupedEventsOff([&] {
     com_ptr<IDispatch> removed;
     ThrowIfFailed(event->GetColumnChanged(removed.put()));
@@ -125,6 +127,7 @@ void GroupMutableColumnsImpl::ColumnAfterRemove(IColumnsChangeEvent* event) {
 // Renames arrive before they happen: the source column still has its old
 // name. "Display Name" announces a new column name, "Name" a display name.
 void GroupMutableColumnsImpl::MirrorRename(IPropertyChangeEvent* event) {
+  if (event == nullptr) _com_issue_error(E_POINTER);
   com_ptr<IDispatch> source;
   ThrowIfFailed(event->GetSource(source.put()));
   const auto column = source.try_query<IMutableColumn>();

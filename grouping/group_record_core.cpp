@@ -78,6 +78,7 @@ ULONG GroupRecordCore::ColumnCount() {
 // The grouped position of the source column an event is about, or -1 when the
 // column is outside the group.
 LONG GroupRecordCore::GroupedPosition(IRecordChangeEvent* event) {
+  if (event == nullptr) _com_issue_error(E_POINTER);
   LONG index = 0;
   ThrowIfFailed(event->GetIndex(&index));
   if (index < 0 || indexMap_ == nullptr) return -1;

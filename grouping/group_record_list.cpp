@@ -134,6 +134,7 @@ void GroupRecordListImpl::ValueAfterChange(IRecordListValueChangeEvent* event) {
 // An added column is copied from the group key on (the whole name when the key
 // is not in it); the own columns' listeners hear nothing of it.
 void GroupRecordListImpl::ColumnAfterAdd(IColumnsChangeEvent* event) {
+  if (event == nullptr) _com_issue_error(E_POINTER);
   const auto own = OwnColumns();
   ThrowIfFailed(own->EnableMutableColumnsEvents(VARIANT_FALSE));
   try {
@@ -158,6 +159,7 @@ void GroupRecordListImpl::ColumnAfterAdd(IColumnsChangeEvent* event) {
 
 // A removed column outside the group is ignored.
 void GroupRecordListImpl::ColumnAfterRemove(IColumnsChangeEvent* event) {
+  if (event == nullptr) _com_issue_error(E_POINTER);
   const auto own = OwnColumns();
   ThrowIfFailed(own->EnableMutableColumnsEvents(VARIANT_FALSE));
   try {

@@ -17,7 +17,7 @@ class GroupRecordListImpl : public AbstractRecordList {
   using AbstractRecordList::AbstractRecordList;
 
   // Registrations first, then the group check: a failure leaves them in
-  // place for the caller to undo with Unregister.
+  // place, and the half-built list keeps following its source safely.
   void Create(IDispatch* source, const _bstr_t& group);
   com_ptr<IDispatch> GetSource() const { return source_.Object(); }
   void Unregister() noexcept;

@@ -40,6 +40,7 @@ void AbstractMutableRecordList::ValueAfterChange(IRecordChangeEvent* event) {
 void AbstractMutableRecordList::PassOn(
     IRecordChangeEvent* event,
     HRESULT (STDMETHODCALLTYPE IRecordListValueChangeListener::*method)(IRecordListValueChangeEvent*)) {
+  if (event == nullptr) _com_issue_error(E_POINTER);
   com_ptr<IDispatch> record;
   ThrowIfFailed(event->GetSource(record.put()));
   LONG index = 0;
