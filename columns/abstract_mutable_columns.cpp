@@ -17,15 +17,12 @@ AbstractMutableColumns::~AbstractMutableColumns() = default;
 
 void AbstractMutableColumns::Detach() noexcept {
   if (relay_) relay_->Detach();
-  for (ColumnsImpl* view : views_) view->ParentGone();
-  views_.clear();
+  views_.OwnerGone();
 }
-
-void AbstractMutableColumns::ForgetView(ColumnsImpl* view) noexcept { std::erase(views_, view); }
 
 void AbstractMutableColumns::Clear() {
   columns_.clear();
-  view_.reset();
+  views_.DropCurrent();
 }
 
 LONG AbstractMutableColumns::CompareTo(IMutableColumnsRaw* other) {
@@ -121,13 +118,11 @@ ULONG AbstractMutableColumns::ColumnTypeAt(ULONG index) {
 }
 
 com_ptr<IColumns> AbstractMutableColumns::Columns() {
-  if (!view_) {
+  return views_.Current([&] {
     auto view = make_object<brevo::Columns>();
-    view->ColumnsImpl::Create(Self(), this);
-    views_.push_back(view.get());
-    view_ = com_ptr<IColumns>(view.get());
-  }
-  return view_;
+    view->ColumnsImpl::Create(Self(), &views_);
+    return view;
+  });
 }
 
 ULONG AbstractMutableColumns::Size() { return static_cast<ULONG>(columns_.size()); }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "columns/column_interfaces.h"
+#include "core/view_set.h"
 #include "events/events_switch.h"
 #include "events/listener_registry.h"
 
@@ -51,9 +52,6 @@ class AbstractMutableColumns {
   // A rename of one of the columns: passed on, or remembered while events are off.
   void RelayPropertyChange(IPropertyChangeEvent* event);
 
-  // Called by a view that is going away.
-  void ForgetView(ColumnsImpl* view) noexcept;
-
  protected:
   // The COM object: event source and the view's parent.
   virtual IMutableColumns* Self() noexcept = 0;
@@ -72,8 +70,7 @@ class AbstractMutableColumns {
   void IndexMapChanged() noexcept { inverseValid_ = false; }
   void DeliverSummary(std::size_t pending);
 
-  com_ptr<IColumns> view_;
-  std::vector<ColumnsImpl*> views_;  // every view made, for detaching
+  ViewSet<ColumnsImpl, IColumns> views_;
   EventsSwitch<3> events_;
   std::vector<ULONG> indexMap_;
   std::vector<Entry> columns_;

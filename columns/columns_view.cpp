@@ -5,18 +5,18 @@
 namespace brevo {
 
 ColumnsImpl::~ColumnsImpl() {
-  if (owner_ != nullptr) owner_->ForgetView(this);
+  if (views_ != nullptr) views_->Forget(this);
 }
 
-void ColumnsImpl::Create(IMutableColumns* parent, AbstractMutableColumns* owner) {
-  owner_ = owner;
+void ColumnsImpl::Create(IMutableColumns* parent, ViewSet<ColumnsImpl, IColumns>* views) {
+  views_ = views;
   collection_ = parent;
   raw_ = com_ptr<IMutableColumns>(parent).query<IMutableColumnsRaw>().get();
   manager_ = com_ptr<IMutableColumns>(parent).query<IMutableColumnsManager>().get();
 }
 
 void ColumnsImpl::ParentGone() noexcept {
-  owner_ = nullptr;
+  views_ = nullptr;
   collection_ = nullptr;
   raw_ = nullptr;
   manager_ = nullptr;

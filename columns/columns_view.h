@@ -13,7 +13,7 @@ class ColumnsImpl {
   virtual ~ColumnsImpl();
 
   // Called once by the collection, which tells the view when it goes.
-  void Create(IMutableColumns* parent, AbstractMutableColumns* owner);
+  void Create(IMutableColumns* parent, ViewSet<ColumnsImpl, IColumns>* views);
   void ParentGone() noexcept;
 
   LONG CompareTo(IMutableColumnsRaw* other) { return Parent()->CompareTo(other); }
@@ -26,7 +26,7 @@ class ColumnsImpl {
   IMutableColumnsManager* Manager();
 
  private:
-  AbstractMutableColumns* owner_ = nullptr;
+  ViewSet<ColumnsImpl, IColumns>* views_ = nullptr;
   IMutableColumns* collection_ = nullptr;
   IMutableColumnsRaw* raw_ = nullptr;
   IMutableColumnsManager* manager_ = nullptr;

@@ -20,7 +20,9 @@ class ListenerRelay : public implements<Derived, Listener, Others...> {
  protected:
   template <class Event>
   HRESULT Forward(HRESULT (STDMETHODCALLTYPE Listener::*method)(Event*), Event* event) {
-    return target_ != nullptr ? (target_->*method)(event) : S_OK;
+    if (target_ == nullptr) return S_OK;
+    const com_ptr<Listener> target(target_);  // the target may let its last reference go meanwhile
+    return (target.get()->*method)(event);
   }
 
  private:
@@ -76,6 +78,40 @@ class ColumnsChangeRelay : public ListenerRelay<ColumnsChangeRelay, IColumnsChan
   }
   STDMETHODIMP ColumnAfterRemove(IColumnsChangeEvent* e) override {
     return Forward(&IColumnsChangeListener::ColumnAfterRemove, e);
+  }
+};
+
+// A list's read-only view hears the list through these: a view that Clear
+// dropped dies with its last client reference.
+class RecordListChangeRelay : public ListenerRelay<RecordListChangeRelay, IRecordListChangeListener> {
+ public:
+  static constexpr CLSID kClassId = {0x2B9C61E4, 0x7A35, 0x4F0D, 0x8E, 0x5A, 0x61, 0xC3, 0x0F, 0x92, 0xD4, 0x17};
+  using ListenerRelay::ListenerRelay;
+
+  STDMETHODIMP RecordBeforeAdd(IRecordListChangeEvent* e) override {
+    return Forward(&IRecordListChangeListener::RecordBeforeAdd, e);
+  }
+  STDMETHODIMP RecordAfterAdd(IRecordListChangeEvent* e) override {
+    return Forward(&IRecordListChangeListener::RecordAfterAdd, e);
+  }
+  STDMETHODIMP RecordBeforeRemove(IRecordListChangeEvent* e) override {
+    return Forward(&IRecordListChangeListener::RecordBeforeRemove, e);
+  }
+  STDMETHODIMP RecordAfterRemove(IRecordListChangeEvent* e) override {
+    return Forward(&IRecordListChangeListener::RecordAfterRemove, e);
+  }
+};
+
+class RecordListValueChangeRelay : public ListenerRelay<RecordListValueChangeRelay, IRecordListValueChangeListener> {
+ public:
+  static constexpr CLSID kClassId = {0x6F1D0A93, 0xC84B, 0x4E52, 0xA7, 0x3E, 0x0B, 0x5D, 0x28, 0xE1, 0x9C, 0x46};
+  using ListenerRelay::ListenerRelay;
+
+  STDMETHODIMP ValueBeforeChange(IRecordListValueChangeEvent* e) override {
+    return Forward(&IRecordListValueChangeListener::ValueBeforeChange, e);
+  }
+  STDMETHODIMP ValueAfterChange(IRecordListValueChangeEvent* e) override {
+    return Forward(&IRecordListValueChangeListener::ValueAfterChange, e);
   }
 };
 

@@ -7,17 +7,14 @@ namespace brevo {
 
 // The read-only view is the plain list view over this grouped list.
 com_ptr<IRecordList> GroupMutableRecordListImpl::RecordList() {
-  if (!view_) {
+  return views_.Current([&] {
     auto view = make_object<brevo::RecordList>();
-    view->RecordListImpl::Create(SelfAsMutableList());
-    view_ = com_ptr<IRecordList>(view.get());
-  }
-  return view_;
+    view->RecordListImpl::Create(SelfAsMutableList(), &views_);
+    return view;
+  });
 }
 
-void GroupMutableRecordListImpl::DetachView() noexcept {
-  if (view_) static_cast<brevo::RecordList*>(view_.get())->ParentGone();
-}
+void GroupMutableRecordListImpl::DetachView() noexcept { views_.OwnerGone(); }
 
 com_ptr<IRecordListIterator> GroupMutableRecordListImpl::Present(com_ptr<IRecordListIterator> iterator) {
   auto grouped = make_object<GroupIterator>();

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "grouping/group_record_list.h"
+#include "lists/record_list.h"
 
 namespace brevo {
 
@@ -24,7 +25,7 @@ class GroupMutableRecordListImpl : public GroupRecordListImpl {
   void DetachView() noexcept;
 
  private:
-  com_ptr<IRecordList> view_;
+  RecordListViews views_;
 };
 
 class GroupMutableRecordList;

@@ -11,7 +11,7 @@ namespace brevo {
 
 void MutableRecordListImpl::Detach() noexcept {
   DetachRelay();
-  if (view_) static_cast<brevo::RecordList*>(view_.get())->ParentGone();
+  views_.OwnerGone();
 }
 
 void MutableRecordListImpl::Create(IMutableColumns* columns) {
@@ -53,10 +53,7 @@ void MutableRecordListImpl::Clear() {
   if (columns_) ThrowIfFailed(columns_->Clear());
   if (rows_.empty()) return;
   rows_.clear();
-  if (view_) {
-    static_cast<brevo::RecordList*>(view_.get())->ParentGone();
-    view_.reset();
-  }
+  views_.DropCurrent();
 }
 
 LONG MutableRecordListImpl::CompareTo(IMutableRecordList* other) {
@@ -87,12 +84,11 @@ LONG MutableRecordListImpl::CompareTo(IMutableRecordList* other) {
 }
 
 com_ptr<IRecordList> MutableRecordListImpl::RecordList() {
-  if (!view_) {
+  return views_.Current([&] {
     auto view = make_object<brevo::RecordList>();
-    view->RecordListImpl::Create(Self());
-    view_ = com_ptr<IRecordList>(view.get());
-  }
-  return view_;
+    view->RecordListImpl::Create(Self(), &views_);
+    return view;
+  });
 }
 
 com_ptr<IRecordListIterator> MutableRecordListImpl::IterateOver(RowSequence& sequence, VARIANT_BOOL synchronized,

@@ -3,6 +3,7 @@
 
 #include "core/implements.h"
 #include "lists/abstract_mutable_record_list.h"
+#include "lists/record_list.h"
 
 namespace brevo {
 
@@ -37,7 +38,7 @@ class MutableRecordListImpl : public AbstractMutableRecordList {
   com_ptr<IRecordComparator> sortComparator_;
   RowSequence rows_;
   com_ptr<IMutableColumns> columns_;
-  com_ptr<IRecordList> view_;
+  RecordListViews views_;
 };
 
 class MutableRecordList

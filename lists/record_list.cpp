@@ -5,19 +5,31 @@
 
 namespace brevo {
 
-void RecordListImpl::Create(IMutableRecordList* parent) {
+void RecordListImpl::Create(IMutableRecordList* parent, RecordListViews* views) {
   parent_ = parent;
-  ThrowIfFailed(parent->AddRecordListChangeListener(com_ptr<IDispatch>(SelfAsSource()).query<IRecordListChangeListener>().get()));
-  ThrowIfFailed(
-      parent->AddRecordListValueChangeListener(com_ptr<IDispatch>(SelfAsSource()).query<IRecordListValueChangeListener>().get()));
+  views_ = views;
+  const com_ptr<IDispatch> self(SelfAsSource());
+  changeRelay_ = make_object<RecordListChangeRelay>(self.query<IRecordListChangeListener>().get());
+  valueRelay_ = make_object<RecordListValueChangeRelay>(self.query<IRecordListValueChangeListener>().get());
+  ThrowIfFailed(parent->AddRecordListChangeListener(changeRelay_.get()));
+  ThrowIfFailed(parent->AddRecordListValueChangeListener(valueRelay_.get()));
 }
 
 void RecordListImpl::ParentGone() noexcept {
-  if (parent_ == nullptr) return;
-  IMutableRecordList* parent = std::exchange(parent_, nullptr);
-  const com_ptr<IDispatch> self(SelfAsSource());
-  parent->RemoveRecordListChangeListener(self.try_query<IRecordListChangeListener>().get());
-  parent->RemoveRecordListValueChangeListener(self.try_query<IRecordListValueChangeListener>().get());
+  parent_ = nullptr;
+  views_ = nullptr;
+  if (changeRelay_) changeRelay_->Detach();
+  if (valueRelay_) valueRelay_->Detach();
+}
+
+void RecordListImpl::Detach() noexcept {
+  if (parent_ != nullptr) {
+    // Failures are ignored: a relay that never joined cannot leave.
+    if (changeRelay_) parent_->RemoveRecordListChangeListener(changeRelay_.get());
+    if (valueRelay_) parent_->RemoveRecordListValueChangeListener(valueRelay_.get());
+  }
+  if (views_ != nullptr) views_->Forget(this);
+  ParentGone();
 }
 
 IMutableRecordList* RecordListImpl::Parent() {

@@ -3,16 +3,25 @@
 // to its list and passes the list's events on to its own listeners.
 #pragma once
 
+#include "core/view_set.h"
+#include "events/listener_relay.h"
 #include "lists/record_list_facade.h"
 
 namespace brevo {
 
+class RecordListImpl;
+using RecordListViews = ViewSet<RecordListImpl, IRecordList>;
+
 class RecordListImpl : public AbstractRecordList {
  public:
-  // Called once by the list, which owns the view.
-  void Create(IMutableRecordList* parent);
-  // The list let the view go (Clear) or is going; the view then answers E_POINTER.
+  // Called once by the list, which knows the view without a count; the view
+  // hears the list through relays, so that it dies with its last client
+  // reference.
+  void Create(IMutableRecordList* parent, RecordListViews* views);
+  // The list is going; the view then answers E_POINTER.
   void ParentGone() noexcept;
+  // The view's last release: it leaves the list.
+  void Detach() noexcept;
 
   LONG CompareTo(IDispatch* other);
   com_ptr<IColumns> Columns();
@@ -42,12 +51,17 @@ class RecordListImpl : public AbstractRecordList {
   com_ptr<IRecordListIterator> ReadOnly(com_ptr<IRecordListIterator> iterator);
 
   IMutableRecordList* parent_ = nullptr;
+  RecordListViews* views_ = nullptr;
+  com_ptr<RecordListChangeRelay> changeRelay_;
+  com_ptr<RecordListValueChangeRelay> valueRelay_;
 };
 
 class RecordList : public RecordListFacade<RecordList, RecordListImpl, IRecordListRaw, IRecordListChangeListener,
                                            IRecordListValueChangeListener> {
  public:
   static constexpr CLSID kClassId = {0xD07CB243, 0xB927, 0x4F96, 0xBB, 0x31, 0xD7, 0xC6, 0xF9, 0xEC, 0xB5, 0xA9};
+
+  void FinalRelease() { Detach(); }
 
   // IRecordListRaw
   com_ptr<IMutableRecordList> GetMutableRecordList() override { return com_ptr<IMutableRecordList>(Parent()); }

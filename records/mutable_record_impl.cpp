@@ -41,11 +41,18 @@ unique_variant MutableRecordImpl::SelfReference() {
 }
 
 std::size_t MutableRecordImpl::ElementOf(ULONG index) {
+  std::size_t element = 0;
   try {
-    return static_cast<std::size_t>(StoragePosition(index)) + 1;  // -1 reads element 0
+    element = static_cast<std::size_t>(StoragePosition(index)) + 1;  // -1 reads element 0
   } catch (...) {
     throw EBvException(MessageWithIndex("Cannot acsses the spasfic value in position : ", index));
   }
+  Reach(element);
+  return element;
+}
+
+void MutableRecordImpl::Reach(std::size_t element) {
+  if (element >= values_.size() && !values_.empty()) values_.resize(element + 1);
 }
 
 // Element 0, when it stands for the record itself, has no stored cell to lend.
@@ -76,6 +83,7 @@ void MutableRecordImpl::Store(ULONG index, const VARIANT& newVal, unique_variant
     throw EBvException(OLESTR("New value class type doesn't match the column type."));
   }
   const std::size_t element = static_cast<std::size_t>(position) + 1;
+  Reach(element);
   if (const VARIANT* stored = Lend(element)) {
     if (CellValuesEqual(newVal, stored)) return;
   } else if (CellValuesEqual(newVal, &SelfReference().get())) {

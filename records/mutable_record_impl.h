@@ -45,6 +45,9 @@ class MutableRecordImpl : public AbstractMutableRecord {
   // The element that holds the cell at a column index; a failed look-up
   // gives GetValue's message.
   std::size_t ElementOf(ULONG index);
+  // A column added after the record was made has no element yet: it gets an
+  // empty one. A record emptied by Clear gets none.
+  void Reach(std::size_t element);
   const VARIANT* Lend(std::size_t element);
   // Element 0 standing for the record, as a counted reference.
   unique_variant SelfReference();
