@@ -4,6 +4,7 @@ set(BREVO_SOURCES
   COMDll/module.cpp
   COMDll/object_map.cpp
   COMDll/registration.cpp
+  COMDll/registry_script.cpp
   COMDll/type_library.cpp
   columns/abstract_mutable_columns.cpp
   columns/column.cpp

@@ -15,14 +15,17 @@ F Entry(const char* name) {
   return reinterpret_cast<F>(platform::FindLibraryEntry("BrevoRecordList", name));
 }
 
+using Text = std::basic_string<OLECHAR>;
+
+Text GuidText(REFGUID guid) {
+  OLECHAR text[40] = {};
+  StringFromGUID2(guid, text, 40);
+  return text;
+}
+
 // A value under CLSID\{clsid}<below>.
 std::string ReadClassKey(REFCLSID clsid, const OLECHAR* below = OLESTR(""), const OLECHAR* name = nullptr) {
-  OLECHAR text[40] = {};
-  StringFromGUID2(clsid, text, 40);
-  const std::basic_string<OLECHAR> key = OLESTR("CLSID\\") + std::basic_string<OLECHAR>(text) + below;
-  BSTR value = nullptr;
-  if (platform::GetRegistryString(key.c_str(), name, &value) != S_OK) return "<missing>";
-  return Narrow(_bstr_t(value, false).GetBSTR());
+  return ReadRegistry((OLESTR("CLSID\\") + GuidText(clsid) + below).c_str(), name);
 }
 
 class Module : public ::testing::Test {
