@@ -1,8 +1,10 @@
 // What DllRegisterServer writes and DllUnregisterServer removes: the
-// application identifier entries, and for every creatable class its two
-// ProgIDs and its class key. The AppID root itself is never removed.
+// application identifier entries, from the module's registration script, and
+// for every creatable class its two ProgIDs and its class key.
 #include "COMDll/object_map.h"
+#include "COMDll/registry_script.h"
 #include "COMDll/registry_writer.h"
+#include "COMDll/resource_ids.h"
 #include "core/bstr_t.h"
 
 namespace brevo {
@@ -16,8 +18,15 @@ Text GuidText(REFGUID guid) {
   return text;
 }
 
-const Text kAppIdKey = Text(OLESTR("AppID\\")) + GuidText(kApplicationId);
-const Text kAppIdModuleKey = OLESTR("AppID\\BrevoRecordList.DLL");
+// The script comes from the resources of the module that holds this code.
+HRESULT RunAppIdScript(ScriptMode mode) {
+  const std::string_view script =
+      platform::ModuleResource(reinterpret_cast<const void*>(&RegisterModule), "REGISTRY", IDR_APPID_SCRIPT);
+  if (script.empty()) return HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND);
+  const Text appId = GuidText(kApplicationId);
+  const ScriptVariable variables[] = {{OLESTR("APPID"), appId}};
+  return RunRegistryScript(script, variables, mode);
+}
 
 void RegisterClass(RegistryWriter& writer, const CreatableClass& entry, const Text& modulePath) {
   const Text clsid = GuidText(*entry.clsid);
@@ -54,8 +63,7 @@ HRESULT UnderNeutralLocale(Steps&& steps) {
 HRESULT RegisterModule() noexcept {
   return UnderNeutralLocale([] {
     RegistryWriter writer;
-    writer.Set(kAppIdKey, nullptr, OLESTR("BrevoRecordList"));
-    writer.Set(kAppIdModuleKey, OLESTR("AppID"), GuidText(kApplicationId));
+    writer.Run([] { return RunAppIdScript(ScriptMode::kRegister); });
     const _bstr_t modulePath(platform::ModuleFileNameOf(reinterpret_cast<const void*>(&RegisterModule)), false);
     const Text path = modulePath.is_null() ? Text() : Text(modulePath);
     const ObjectMap& map = TheObjectMap();
@@ -74,8 +82,7 @@ HRESULT UnregisterModule() noexcept {
       writer.Delete(entry.progId);
       writer.Delete(entry.versionIndependentProgId);
     }
-    writer.Delete(kAppIdKey);
-    writer.Delete(kAppIdModuleKey);
+    writer.Run([] { return RunAppIdScript(ScriptMode::kUnregister); });
     return writer.Result();
   });
 }

@@ -65,6 +65,22 @@ TEST_F(Module, RegistersEveryClassUnderBothProgIdsUntilUnregistered) {
   EXPECT_EQ(Entry("DllRegisterServer")(), S_OK);
 }
 
+TEST_F(Module, RegistersItsApplicationIdFromItsScriptAndKeepsTheAppIdRoot) {
+  const Text appIdKey = OLESTR("AppID\\") + GuidText(kApplicationId);
+  const OLECHAR* moduleKey = OLESTR("AppID\\BrevoRecordList.DLL");
+  EXPECT_EQ(ReadRegistry(appIdKey.c_str()), "BrevoRecordList");
+  EXPECT_EQ(ReadRegistry(moduleKey, OLESTR("AppID")), Narrow(GuidText(kApplicationId).c_str()));
+
+  // A key of someone else's under AppID shows that the root was left alone.
+  const OLECHAR* neighbour = OLESTR("AppID\\BrevoModuleTestNeighbour");
+  ASSERT_EQ(platform::SetRegistryString(neighbour, nullptr, OLESTR("kept")), S_OK);
+  ASSERT_EQ(Entry("DllUnregisterServer")(), S_OK);
+  EXPECT_EQ(ReadRegistry(appIdKey.c_str()), "<missing>");
+  EXPECT_EQ(ReadRegistry(moduleKey, OLESTR("AppID")), "<missing>");
+  EXPECT_EQ(ReadRegistry(neighbour), "kept");
+  EXPECT_EQ(platform::DeleteRegistryTree(neighbour), S_OK);
+}
+
 TEST_F(Module, ServesObjectsAndUnloadsWhenNoneIsLeft) {
   const auto canUnload = Entry("DllCanUnloadNow");
   CLSID clsid{};
