@@ -1,15 +1,16 @@
 // What DllRegisterServer writes and DllUnregisterServer removes: the
-// application identifier entries, and for every creatable class its two
-// ProgIDs and its class key. The AppID root itself is never removed.
-#include <string>
-
+// application identifier entries, from the module's registration script, and
+// for every creatable class its two ProgIDs and its class key.
 #include "COMDll/object_map.h"
+#include "COMDll/registry_script.h"
+#include "COMDll/registry_writer.h"
+#include "COMDll/resource_ids.h"
 #include "core/bstr_t.h"
 
 namespace brevo {
 namespace {
 
-using Text = std::basic_string<OLECHAR>;
+using Text = WideText;
 
 Text GuidText(REFGUID guid) {
   OLECHAR text[40] = {};
@@ -17,28 +18,17 @@ Text GuidText(REFGUID guid) {
   return text;
 }
 
-// Keeps the first failure and skips the writes after it.
-class Writer {
- public:
-  void Set(const Text& key, const OLECHAR* name, const Text& value) {
-    if (SUCCEEDED(hr_)) hr_ = platform::SetRegistryString(key.c_str(), name, value.c_str());
-  }
-  void Key(const Text& key) {
-    if (SUCCEEDED(hr_)) hr_ = platform::CreateRegistryKey(key.c_str());
-  }
-  void Delete(const Text& key) {
-    if (SUCCEEDED(hr_)) hr_ = platform::DeleteRegistryTree(key.c_str());
-  }
-  HRESULT Result() const { return hr_; }
+// The script comes from the resources of the module that holds this code.
+HRESULT RunAppIdScript(ScriptMode mode) {
+  const std::string_view script =
+      platform::ModuleResource(reinterpret_cast<const void*>(&RegisterModule), "REGISTRY", IDR_APPID_SCRIPT);
+  if (script.empty()) return HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND);
+  const Text appId = GuidText(kApplicationId);
+  const ScriptVariable variables[] = {{OLESTR("APPID"), appId}};
+  return RunRegistryScript(script, variables, mode);
+}
 
- private:
-  HRESULT hr_ = S_OK;
-};
-
-const Text kAppIdKey = Text(OLESTR("AppID\\")) + GuidText(kApplicationId);
-const Text kAppIdModuleKey = OLESTR("AppID\\BrevoRecordList.DLL");
-
-void RegisterClass(Writer& writer, const CreatableClass& entry, const Text& modulePath) {
+void RegisterClass(RegistryWriter& writer, const CreatableClass& entry, const Text& modulePath) {
   const Text clsid = GuidText(*entry.clsid);
   const Text progId = entry.progId;
   const Text independent = entry.versionIndependentProgId;
@@ -72,9 +62,8 @@ HRESULT UnderNeutralLocale(Steps&& steps) {
 
 HRESULT RegisterModule() noexcept {
   return UnderNeutralLocale([] {
-    Writer writer;
-    writer.Set(kAppIdKey, nullptr, OLESTR("BrevoRecordList"));
-    writer.Set(kAppIdModuleKey, OLESTR("AppID"), GuidText(kApplicationId));
+    RegistryWriter writer;
+    writer.Run([] { return RunAppIdScript(ScriptMode::kRegister); });
     const _bstr_t modulePath(platform::ModuleFileNameOf(reinterpret_cast<const void*>(&RegisterModule)), false);
     const Text path = modulePath.is_null() ? Text() : Text(modulePath);
     const ObjectMap& map = TheObjectMap();
@@ -85,7 +74,7 @@ HRESULT RegisterModule() noexcept {
 
 HRESULT UnregisterModule() noexcept {
   return UnderNeutralLocale([] {
-    Writer writer;
+    RegistryWriter writer;
     const ObjectMap& map = TheObjectMap();
     for (std::size_t i = 0; i < map.count; ++i) {
       const CreatableClass& entry = map.classes[i];
@@ -93,8 +82,7 @@ HRESULT UnregisterModule() noexcept {
       writer.Delete(entry.progId);
       writer.Delete(entry.versionIndependentProgId);
     }
-    writer.Delete(kAppIdKey);
-    writer.Delete(kAppIdModuleKey);
+    writer.Run([] { return RunAppIdScript(ScriptMode::kUnregister); });
     return writer.Result();
   });
 }

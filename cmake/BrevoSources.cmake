@@ -4,6 +4,7 @@ set(BREVO_SOURCES
   COMDll/module.cpp
   COMDll/object_map.cpp
   COMDll/registration.cpp
+  COMDll/registry_script.cpp
   COMDll/type_library.cpp
   columns/abstract_mutable_columns.cpp
   columns/column.cpp
@@ -56,6 +57,7 @@ if(WIN32)
   list(APPEND BREVO_PLATFORM_SOURCES
     platform/windows/ansi_text.cpp
     platform/windows/library_loader.cpp
+    platform/windows/module_resources.cpp
     platform/windows/registry.cpp
     platform/windows/type_library.cpp
   )
@@ -67,6 +69,8 @@ else()
     platform/native/error_info.cpp
     platform/native/guids.cpp
     platform/native/library_loader.cpp
+    # (platform/native/module_resources.cpp joins the module's own objects:
+    # cmake/BrevoModuleResources.cmake)
     platform/native/registry.cpp
     platform/native/type_library.cpp
     platform/native/variant.cpp

@@ -18,4 +18,5 @@
 #include "platform/registry.h"
 #include "platform/invalid_parameter.h"
 #include "platform/library_loader.h"
+#include "platform/module_resources.h"
 #include "platform/type_library.h"

@@ -64,6 +64,11 @@ using BSTR = OLECHAR*;
 #define HRESULT_CODE(hr) ((hr) & 0xFFFF)
 #define SEVERITY_ERROR 1
 #define FACILITY_ITF 4
+#define FACILITY_WIN32 7
+#define HRESULT_FROM_WIN32(x) \
+  ((HRESULT)(x) <= 0 ? (HRESULT)(x) : (HRESULT)(((unsigned long)(x) & 0x0000FFFF) | (FACILITY_WIN32 << 16) | 0x80000000))
+#define ERROR_BADKEY 1010L
+#define ERROR_RESOURCE_NAME_NOT_FOUND 1814L
 
 #define S_OK ((HRESULT)0)
 #define S_FALSE ((HRESULT)1)

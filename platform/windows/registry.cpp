@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "platform/windows/module_handle.h"
+
 namespace brevo::platform {
 
 HRESULT SetRegistryString(const OLECHAR* key, const OLECHAR* name, const OLECHAR* value) {
@@ -39,11 +41,8 @@ HRESULT GetRegistryString(const OLECHAR* key, const OLECHAR* name, BSTR* value) 
 }
 
 BSTR ModuleFileNameOf(const void* address) {
-  HMODULE module = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     static_cast<LPCWSTR>(address), &module);
   wchar_t path[MAX_PATH] = {};
-  GetModuleFileNameW(module, path, MAX_PATH);
+  GetModuleFileNameW(ModuleHolding(address), path, MAX_PATH);
   return SysAllocString(path);
 }
 

@@ -15,14 +15,17 @@ F Entry(const char* name) {
   return reinterpret_cast<F>(platform::FindLibraryEntry("BrevoRecordList", name));
 }
 
+using Text = std::basic_string<OLECHAR>;
+
+Text GuidText(REFGUID guid) {
+  OLECHAR text[40] = {};
+  StringFromGUID2(guid, text, 40);
+  return text;
+}
+
 // A value under CLSID\{clsid}<below>.
 std::string ReadClassKey(REFCLSID clsid, const OLECHAR* below = OLESTR(""), const OLECHAR* name = nullptr) {
-  OLECHAR text[40] = {};
-  StringFromGUID2(clsid, text, 40);
-  const std::basic_string<OLECHAR> key = OLESTR("CLSID\\") + std::basic_string<OLECHAR>(text) + below;
-  BSTR value = nullptr;
-  if (platform::GetRegistryString(key.c_str(), name, &value) != S_OK) return "<missing>";
-  return Narrow(_bstr_t(value, false).GetBSTR());
+  return ReadRegistry((OLESTR("CLSID\\") + GuidText(clsid) + below).c_str(), name);
 }
 
 class Module : public ::testing::Test {
@@ -60,6 +63,22 @@ TEST_F(Module, RegistersEveryClassUnderBothProgIdsUntilUnregistered) {
   EXPECT_NE(CLSIDFromProgID(map.classes[9].versionIndependentProgId, &none), S_OK);
   EXPECT_EQ(ReadClassKey(*map.classes[9].clsid), "<missing>");
   EXPECT_EQ(Entry("DllRegisterServer")(), S_OK);
+}
+
+TEST_F(Module, RegistersItsApplicationIdFromItsScriptAndKeepsTheAppIdRoot) {
+  const Text appIdKey = OLESTR("AppID\\") + GuidText(kApplicationId);
+  const OLECHAR* moduleKey = OLESTR("AppID\\BrevoRecordList.DLL");
+  EXPECT_EQ(ReadRegistry(appIdKey.c_str()), "BrevoRecordList");
+  EXPECT_EQ(ReadRegistry(moduleKey, OLESTR("AppID")), Narrow(GuidText(kApplicationId).c_str()));
+
+  // A key of someone else's under AppID shows that the root was left alone.
+  const OLECHAR* neighbour = OLESTR("AppID\\BrevoModuleTestNeighbour");
+  ASSERT_EQ(platform::SetRegistryString(neighbour, nullptr, OLESTR("kept")), S_OK);
+  ASSERT_EQ(Entry("DllUnregisterServer")(), S_OK);
+  EXPECT_EQ(ReadRegistry(appIdKey.c_str()), "<missing>");
+  EXPECT_EQ(ReadRegistry(moduleKey, OLESTR("AppID")), "<missing>");
+  EXPECT_EQ(ReadRegistry(neighbour), "kept");
+  EXPECT_EQ(platform::DeleteRegistryTree(neighbour), S_OK);
 }
 
 TEST_F(Module, ServesObjectsAndUnloadsWhenNoneIsLeft) {

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "core/bstr_t.h"
+
 namespace brevo::testing {
 namespace {
 
@@ -22,6 +24,12 @@ std::string Narrow(const OLECHAR* text) {
   std::string result;
   for (; *text != 0; ++text) result += *text < 0x80 ? static_cast<char>(*text) : '?';
   return result;
+}
+
+std::string ReadRegistry(const OLECHAR* key, const OLECHAR* name) {
+  BSTR value = nullptr;
+  if (platform::GetRegistryString(key, name, &value) != S_OK) return "<missing>";
+  return Narrow(_bstr_t(value, false));
 }
 
 ErrorSnapshot TakeErrorInfo() {

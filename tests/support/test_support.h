@@ -15,6 +15,10 @@ namespace brevo::testing {
 // Wide text as narrow (ASCII) text, for readable assertions; null reads "<null>".
 std::string Narrow(const OLECHAR* text);
 
+// A string value of the classes root as narrow text; "<missing>" when the key
+// or the value is not there. A null name reads the default value.
+std::string ReadRegistry(const OLECHAR* key, const OLECHAR* name = nullptr);
+
 // What the calling thread's error slot held; taking it empties the slot.
 struct ErrorSnapshot {
   bool present = false;
