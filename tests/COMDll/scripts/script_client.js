@@ -170,6 +170,9 @@ section("grouped lists and their lifetime", function () {
   view.Columns.RemoveColumnsChangeListener(grouped);
   checkError("the grouped list was registered once", function () { source.RemoveRecordListChangeListener(groupedMutable); },
              "Cannot remove recordlist change listener.");
+  checkError("SaveToFile with nothing", function () { utils.SaveToFile(); }, "Method SaveToFile not yet implemented.");
+  checkError("SaveToFile with anything", function () { utils.SaveToFile(source, "out.txt", 3, null); },
+             "Method SaveToFile not yet implemented.");
 });
 
 WScript.Echo(passed + " passed, " + failed + " failed");

@@ -226,6 +226,10 @@ Sub GroupedLists()
   On Error Resume Next
   source.RemoveRecordListChangeListener groupedMutable
   CheckError "the grouped list was registered once", "Cannot remove recordlist change listener."
+  utils.SaveToFile
+  CheckError "SaveToFile with nothing", "Method SaveToFile not yet implemented."
+  utils.SaveToFile source, "out.txt", 3
+  CheckError "SaveToFile with anything", "Method SaveToFile not yet implemented."
 End Sub
 
 On Error Resume Next
