@@ -154,25 +154,29 @@ class WatchedSource : public implements<WatchedSource, IMutableRecordList, IReco
   STDMETHODIMP EnableMutableRecordListEvents(VARIANT_BOOL f) override { return inner_->EnableMutableRecordListEvents(f); }
   STDMETHODIMP EnableRecordListEvents(VARIANT_BOOL f) override { return inner_->EnableMutableRecordListEvents(f); }
   STDMETHODIMP AddRecordListChangeListener(IRecordListChangeListener* l) override {
-    log.push_back("add change listener");
-    changeListener = com_ptr<IRecordListChangeListener>(l);
-    return S_OK;
+    return Keep("add change listener", changeListener, l);
   }
   STDMETHODIMP RemoveRecordListChangeListener(IRecordListChangeListener*) override {
-    log.push_back("remove change listener");
-    return S_OK;
+    return Note("remove change listener");
   }
   STDMETHODIMP AddRecordListValueChangeListener(IRecordListValueChangeListener* l) override {
-    log.push_back("add value listener");
-    valueListener = com_ptr<IRecordListValueChangeListener>(l);
-    return S_OK;
+    return Keep("add value listener", valueListener, l);
   }
   STDMETHODIMP RemoveRecordListValueChangeListener(IRecordListValueChangeListener*) override {
-    log.push_back("remove value listener");
-    return S_OK;
+    return Note("remove value listener");
   }
 
  private:
+  HRESULT Note(const char* what) {
+    log.push_back(what);
+    return S_OK;
+  }
+  template <class Listener>
+  HRESULT Keep(const char* what, com_ptr<Listener>& slot, Listener* listener) {
+    slot = com_ptr<Listener>(listener);
+    return Note(what);
+  }
+
   com_ptr<IMutableRecordList> inner_;
 };
 
