@@ -58,6 +58,7 @@ if(WIN32)
     platform/windows/ansi_text.cpp
     platform/windows/library_loader.cpp
     platform/windows/module_resources.cpp
+    platform/windows/process_memory.cpp
     platform/windows/registry.cpp
     platform/windows/type_library.cpp
   )
@@ -71,6 +72,7 @@ else()
     platform/native/library_loader.cpp
     # (platform/native/module_resources.cpp joins the module's own objects:
     # cmake/BrevoModuleResources.cmake)
+    platform/native/process_memory.cpp
     platform/native/registry.cpp
     platform/native/type_library.cpp
     platform/native/variant.cpp

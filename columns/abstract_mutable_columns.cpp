@@ -1,5 +1,7 @@
 #include "columns/abstract_mutable_columns.h"
 
+#include <algorithm>
+
 #include "columns/columns_view.h"
 #include "columns/mutable_column.h"
 #include "columns/mutable_columns.h"
@@ -104,7 +106,11 @@ void AbstractMutableColumns::RemoveColumn(ULONG index) {
   } else {
     events_.MarkPending(kRemovals);
   }
-  columns_.erase(columns_.begin() + index);
+  // Listeners may have changed the columns meanwhile: the column the events
+  // announced is found again, and if it is gone already, so be it.
+  const auto at = std::find_if(columns_.begin(), columns_.end(),
+                               [&](const Entry& entry) { return entry.column == column; });
+  if (at != columns_.end()) columns_.erase(at);
 }
 
 com_ptr<IMutableColumn> AbstractMutableColumns::MutableColumn(ULONG index) {

@@ -109,6 +109,9 @@ class object_root : public interface_face<Derived, First, First>,
   // The error wrapper: runs body for interface I of this class.
   template <class I, class Body>
   HRESULT Call(Body&& body) noexcept {
+    // A client may drop its last reference to this object from a callback
+    // the body makes: the object stays whole until the body is done.
+    const com_ptr<IUnknown> alive(GetIdentity());
     return GuardedCall(Derived::kClassId, iid_of<I>(), std::forward<Body>(body));
   }
   // The same for a method with an out-parameter, which must be given: it is

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/bv_exception.h"
+#include "core/call_out.h"
 #include "core/com_ptr.h"
 #include "core/first_inline_vector.h"
 #include "core/script_call.h"
@@ -108,6 +109,7 @@ class ListenerRegistry {
   void CallOne(std::size_t i, Method<Event> method, Event* event) {
     const com_ptr<Listener> listener = listeners_[i].listener;  // may remove itself meanwhile
     if (!listener) _com_issue_error(E_POINTER);
+    const CallOutLevel level;
     ThrowIfFailed((listener.get()->*method)(event), listener.get());
   }
 

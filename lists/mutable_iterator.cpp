@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/call_out.h"
 #include "core/checked_access.h"
 
 namespace brevo {
@@ -71,12 +72,15 @@ VARIANT_BOOL MutableIteratorImpl::Find(IRecordCondition* condition) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
       const Row row = rows[i];
       VARIANT_BOOL result = VARIANT_FALSE;
+      const CallOutLevel level;
       ThrowIfFailed(callback->Evaluate(row.get(), &result));
       if (result == VARIANT_TRUE) {
         cursor_ = i;
         return VARIANT_TRUE;
       }
     }
+  } catch (const CallOutTooDeep&) {
+    throw;
   } catch (...) {
     throw EBvException(OLESTR("Failed in iterator find."));
   }

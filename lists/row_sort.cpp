@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/bv_exception.h"
+#include "core/call_out.h"
 
 namespace brevo {
 
@@ -14,6 +15,7 @@ void FilterRows(const RowSequence& rows, IRecordCondition* condition, RowSequenc
   if (condition == nullptr) return;
   for (const Row& row : candidates) {
     VARIANT_BOOL accepted = VARIANT_FALSE;
+    const CallOutLevel level;
     ThrowIfFailed(condition->Evaluate(row.get(), &accepted), condition);
     if (accepted != VARIANT_FALSE) result.push_back(row);
   }
@@ -41,6 +43,7 @@ class RowOrder {
     first.punkVal = rows_[x].get();
     second.punkVal = rows_[y].get();
     LONG result = 0;
+    const CallOutLevel level;
     ThrowIfFailed(comparator_->Compare(first, second, &result));
     return result > 0;
   }
@@ -152,6 +155,8 @@ void SortRows(RowSequence& rows, IRecordComparator* comparator) {
     RowSequence work = rows;
     RowOrder(work, comparator).Sort(0, work.size(), DepthLimit(work.size()));
     rows.swap(work);
+  } catch (const CallOutTooDeep&) {
+    throw;
   } catch (...) {
     throw EBvException(OLESTR("Cannot sort the vector."));
   }
