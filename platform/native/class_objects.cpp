@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/native/oleauto.h"
+#include "platform/native/out_of_memory.h"
 #include "platform/registry.h"
 
 namespace {
@@ -65,14 +66,16 @@ HRESULT CLSIDFromString(LPCOLESTR text, CLSID* clsid) {
 HRESULT ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* lplpszProgID) {
   if (lplpszProgID == nullptr) return E_INVALIDARG;
   *lplpszProgID = nullptr;
-  const Text progId = Read(ClassKey(clsid) + u"\\ProgID", nullptr);
-  if (progId.empty()) return REGDB_E_CLASSNOTREG;
-  const std::size_t bytes = (progId.size() + 1) * sizeof(OLECHAR);
-  auto* text = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
-  if (text == nullptr) return E_OUTOFMEMORY;
-  std::memcpy(text, progId.c_str(), bytes);
-  *lplpszProgID = text;
-  return S_OK;
+  return brevo::platform::OutOfMemoryAsResult([&] {
+    const Text progId = Read(ClassKey(clsid) + u"\\ProgID", nullptr);
+    if (progId.empty()) return REGDB_E_CLASSNOTREG;
+    const std::size_t bytes = (progId.size() + 1) * sizeof(OLECHAR);
+    auto* text = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
+    if (text == nullptr) return E_OUTOFMEMORY;
+    std::memcpy(text, progId.c_str(), bytes);
+    *lplpszProgID = text;
+    return S_OK;
+  });
 }
 
 HRESULT CLSIDFromProgID(LPCOLESTR lpszProgID, CLSID* lpclsid) {
