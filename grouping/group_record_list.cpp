@@ -2,6 +2,7 @@
 
 #include "columns/mutable_columns.h"
 #include "events/change_events.h"
+#include "events/lazy_event.h"
 #include "grouping/group_key.h"
 #include "grouping/group_record.h"
 
@@ -94,9 +95,11 @@ void GroupRecordListImpl::RaiseRecordEvent(
     HRESULT (STDMETHODCALLTYPE IRecordListChangeListener::*method)(IRecordListChangeEvent*)) {
   com_ptr<IDispatch> record;
   if (incoming != nullptr) ThrowIfFailed(incoming->GetRecordChanged(record.put()));
-  auto own = make_object<RecordListChangeEvent>();
-  own->RecordListChangeEventImpl::Initialize(SelfAsSource(), Wrap(record.get()).get());
-  ListListeners().NotifyAfter(method, static_cast<IRecordListChangeEvent*>(own.get()));
+  // Nobody listening: nothing to make, so nothing that can fail the source's change.
+  auto own = MakeLazyEvent<RecordListChangeEvent>([&](RecordListChangeEvent& e) {
+    e.RecordListChangeEventImpl::Initialize(SelfAsSource(), Wrap(record.get()).get());
+  });
+  ListListeners().NotifyAfter(method, own);
 }
 
 // Both "before" notifications reach the own listeners as "after add", whatever
