@@ -170,15 +170,44 @@ const std::vector<Step>& Workload() {
       {"column events off", false,
        [](Table& t) { return Counted([&] { return t.columns->EnableMutableColumnsEvents(VARIANT_FALSE); }); }},
       {"AddColumn unheard", false, [](Table& t) { return AddColumn(t, OLESTR("Late"), 4); }},
+      {"AddColumn Scratch unheard", false, [](Table& t) { return AddColumn(t, OLESTR("Scratch"), 1); }},
       {"put_ColumnName unheard", false, [](Table& t) { return Rename(t, OLESTR("Late"), OLESTR("Later")); }},
+      {"RemoveColumn unheard", false, [](Table& t) { return RemoveColumn(t, OLESTR("Scratch")); }},
       {"column events on", false,
        [](Table& t) { return Counted([&] { return t.columns->EnableMutableColumnsEvents(VARIANT_TRUE); }); }},
-      {"list events off and on", false,
+      {"AddColumn Flag", false, [](Table& t) { return AddColumn(t, OLESTR("Flag"), 2); }},
+      {"AddColumn Small", false, [](Table& t) { return AddColumn(t, OLESTR("Small"), 13); }},
+      {"SetValueAsDouble", false,
+       [](Table& t) { return Counted([&] { return t.records[0]->SetValueAsDouble(4, 2.5); }); }},
+      {"SetValueAsBoolean", false,
+       [](Table& t) { return Counted([&] { return t.records[0]->SetValueAsBoolean(5, VARIANT_TRUE); }); }},
+      {"SetValueAsInt16", false,
+       [](Table& t) { return Counted([&] { return t.records[1]->SetValueAsInt16(5, 3); }); }},
+      {"SetValueAsByte", false,
+       [](Table& t) { return Counted([&] { return t.records[1]->SetValueAsByte(6, 200); }); }},
+      {"AddPropertyChangeListener", false,
+       [](Table& t) { return Counted([&] { return t.columns->AddPropertyChangeListener(t.visitor.get()); }); }},
+      {"put_DisplayName heard by two", false,
        [](Table& t) {
-         return All({[&] { return t.list->EnableMutableRecordListEvents(VARIANT_FALSE); },
-                     [&] { return t.records[0]->SetValueAsInt32(2, 6); },
-                     [&] { return t.list->EnableMutableRecordListEvents(VARIANT_TRUE); }});
+         com_ptr<IMutableColumn> column;
+         t.columns->get_MutableColumn(1, column.put());
+         const _bstr_t text(OLESTR("Town"));
+         return Counted([&] { return column->put_DisplayName(text.GetBSTR()); });
        }},
+      {"RemovePropertyChangeListener", false,
+       [](Table& t) { return Counted([&] { return t.columns->RemovePropertyChangeListener(t.visitor.get()); }); }},
+      {"AddRecordListValueChangeListener", false,
+       [](Table& t) { return Counted([&] { return t.list->AddRecordListValueChangeListener(t.visitor.get()); }); }},
+      {"SetValueAsInt32 heard by two", false,
+       [](Table& t) { return Counted([&] { return t.records[0]->SetValueAsInt32(2, 12); }); }},
+      {"RemoveRecordListValueChangeListener", false,
+       [](Table& t) { return Counted([&] { return t.list->RemoveRecordListValueChangeListener(t.visitor.get()); }); }},
+      {"list events off", false,
+       [](Table& t) { return Counted([&] { return t.list->EnableMutableRecordListEvents(VARIANT_FALSE); }); }},
+      {"SetValueAsInt32 unheard by the list", false,
+       [](Table& t) { return Counted([&] { return t.records[0]->SetValueAsInt32(2, 6); }); }},
+      {"list events on", false,
+       [](Table& t) { return Counted([&] { return t.list->EnableMutableRecordListEvents(VARIANT_TRUE); }); }},
       {"AddRecordListChangeListener", false,
        [](Table& t) { return Counted([&] { return t.list->AddRecordListChangeListener(t.visitor.get()); }); }},
       {"AddRecord third", false, AddRecord},
@@ -230,6 +259,22 @@ const std::vector<Step>& Workload() {
       {"RemoveColumn in the group", false,
        [](Table& t) { return Counted([&] { return t.groupColumns->RemoveColumn(2); }); }},
       {"grouped list let go", false, [](Table& t) { return t.LetGroupedGo(); }},
+      {"GetMutableRecordListByGroup", false,
+       [](Table& t) {
+         const auto utils = make_object<RecordListUtils>();
+         const _bstr_t group(OLESTR("Address"));
+         const HRESULT hr = Counted([&] {
+           return utils->GetMutableRecordListByGroup(t.groupSource.get(), group.GetBSTR(), t.mutableGrouped.put());
+         });
+         if (FAILED(hr)) t.mutableGrouped.reset();
+         return hr;
+       }},
+      {"AddRecord through the grouped list", false,
+       [](Table& t) {
+         com_ptr<IMutableRecord> record;
+         return Counted([&] { return t.mutableGrouped->AddRecord(record.put()); });
+       }},
+      {"mutable grouped list let go", false, [](Table& t) { return t.LetMutableGroupedGo(); }},
       {"list Clear", false, [](Table& t) { return Counted([&] { return t.list->Clear(); }); }},
       {"columns Clear", false, [](Table& t) { return Counted([&] { return t.columns->Clear(); }); }},
   };

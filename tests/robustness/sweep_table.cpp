@@ -1,6 +1,7 @@
 #include "sweep_table.h"
 
 #include <sstream>
+#include <type_traits>
 
 #include "allocation_countdown.h"
 #include "columns/column_interfaces.h"
@@ -71,26 +72,54 @@ Table::Table() {
   heard.clear();
 }
 
-// A grouped view lives as long as it is registered on its source.
+// A grouped list lives as long as it is registered on its source.
 Table::~Table() {
   const PausedCountdown paused;
   if (grouped) {
     EXPECT_EQ(LetGroupedGo(), S_OK);
   }
+  if (mutableGrouped) {
+    EXPECT_EQ(LetMutableGroupedGo(), S_OK);
+  }
 }
 
-HRESULT Table::LetGroupedGo() {
-  const auto changes = grouped.query<IRecordListChangeListener>();
-  const auto values = grouped.query<IRecordListValueChangeListener>();
-  const auto columnsListener = grouped.query<IColumnsChangeListener>();
-  com_ptr<IColumns> sourceColumns;
-  groupView->get_Columns(sourceColumns.put());
-  HRESULT hr = Counted([&] { return groupView->RemoveRecordListChangeListener(changes.get()); });
-  if (SUCCEEDED(hr)) hr = Counted([&] { return groupView->RemoveRecordListValueChangeListener(values.get()); });
-  if (SUCCEEDED(hr)) hr = Counted([&] { return sourceColumns->RemoveColumnsChangeListener(columnsListener.get()); });
+namespace {
+
+template <class Grouped, class Source>
+HRESULT LetGo(com_ptr<Grouped>& grouped, Source* source, IMutableColumns* columns) {
+  const auto changes = grouped.template query<IRecordListChangeListener>();
+  const auto values = grouped.template query<IRecordListValueChangeListener>();
+  const auto columnsListener = grouped.template query<IColumnsChangeListener>();
+  HRESULT hr = Counted([&] { return source->RemoveRecordListChangeListener(changes.get()); });
+  if (SUCCEEDED(hr)) hr = Counted([&] { return source->RemoveRecordListValueChangeListener(values.get()); });
+  if (SUCCEEDED(hr)) hr = Counted([&] { return columns->RemoveColumnsChangeListener(columnsListener.get()); });
   if (SUCCEEDED(hr)) grouped.reset();
   return hr;
 }
+
+template <class Grouped>
+void DescribeGrouped(std::ostringstream& out, Grouped* grouped) {
+  ULONG rows = 0;
+  LONG size = 0;
+  grouped->get_Size(&rows);
+  out << "grouped: " << rows << " rows, ";
+  if constexpr (std::is_same_v<Grouped, IRecordList>) {
+    com_ptr<IColumns> columns;
+    grouped->get_Columns(columns.put());
+    columns->get_Size(&size);
+  } else {
+    com_ptr<IMutableColumns> columns;
+    grouped->get_Columns(columns.put());
+    columns->get_Size(&size);
+  }
+  out << size << " columns\n";
+}
+
+}  // namespace
+
+HRESULT Table::LetGroupedGo() { return LetGo(grouped, groupView.get(), groupColumns.get()); }
+
+HRESULT Table::LetMutableGroupedGo() { return LetGo(mutableGrouped, groupSource.get(), groupColumns.get()); }
 
 LONG Table::IndexOf(const OLECHAR* name) {
   LONG index = -1;
@@ -155,15 +184,10 @@ Table::Sections Table::State() {
   sections.push_back(out.str());
 
   out.str("");
-  if (grouped) {
-    ULONG groupedRows = 0;
-    LONG groupedColumns = 0;
-    com_ptr<IColumns> view;
-    grouped->get_Size(&groupedRows);
-    grouped->get_Columns(view.put());
-    view->get_Size(&groupedColumns);
-    out << "grouped: " << groupedRows << " rows, " << groupedColumns << " columns\n";
-  }
+  if (grouped) DescribeGrouped(out, grouped.get());
+  sections.push_back(out.str());
+  out.str("");
+  if (mutableGrouped) DescribeGrouped(out, mutableGrouped.get());
   sections.push_back(out.str());
 
   out.str("");

@@ -74,9 +74,11 @@ struct Table {
   com_ptr<IMutableRecord> groupRecord;
   com_ptr<IRecordList> groupView;  // the source the grouped view is made over
   com_ptr<IRecordList> grouped;
+  com_ptr<IMutableRecordList> mutableGrouped;  // made over the list itself
 
-  // Takes the grouped view's three registrations off its source.
+  // Take a grouped list's three registrations off its source.
   HRESULT LetGroupedGo();
+  HRESULT LetMutableGroupedGo();
 };
 
 }  // namespace brevo::testing
