@@ -74,11 +74,16 @@ HRESULT RemoveColumn(Table& t, const OLECHAR* name) {
   return Counted([&] { return t.columns->RemoveColumn(index); });
 }
 
-HRESULT Rename(Table& t, const OLECHAR* from, const OLECHAR* to) {
+// Sets a text property of the column at `index`.
+HRESULT Put(Table& t, ULONG index, HRESULT (STDMETHODCALLTYPE IMutableColumn::*put)(BSTR), const OLECHAR* value) {
   com_ptr<IMutableColumn> column;
-  t.columns->get_MutableColumn(static_cast<ULONG>(t.IndexOf(from)), column.put());
-  const _bstr_t text(to);
-  return Counted([&] { return column->put_ColumnName(text.GetBSTR()); });
+  t.columns->get_MutableColumn(index, column.put());
+  const _bstr_t text(value);
+  return Counted([&] { return (column.get()->*put)(text.GetBSTR()); });
+}
+
+HRESULT Rename(Table& t, const OLECHAR* from, const OLECHAR* to) {
+  return Put(t, static_cast<ULONG>(t.IndexOf(from)), &IMutableColumn::put_ColumnName, to);
 }
 
 HRESULT AddRecord(Table& t) {
@@ -123,12 +128,7 @@ const std::vector<Step>& Workload() {
       {"AddColumn Address.Zip", false, [](Table& t) { return AddColumn(t, OLESTR("Address.Zip"), 1); }},
       {"put_ColumnName", false, [](Table& t) { return Rename(t, OLESTR("Name"), OLESTR("Title")); }},
       {"put_DisplayName", false,
-       [](Table& t) {
-         com_ptr<IMutableColumn> column;
-         t.columns->get_MutableColumn(0, column.put());
-         const _bstr_t text(OLESTR("Heading"));
-         return Counted([&] { return column->put_DisplayName(text.GetBSTR()); });
-       }},
+       [](Table& t) { return Put(t, 0, &IMutableColumn::put_DisplayName, OLESTR("Heading")); }},
       {"AddRecord first", false, AddRecord},
       {"AddRecord second", false, AddRecord},
       {"SetValueAsString", false, [](Table& t) { return SetText(t, 0, 0, OLESTR("alpha")); }},
@@ -188,12 +188,7 @@ const std::vector<Step>& Workload() {
       {"AddPropertyChangeListener", false,
        [](Table& t) { return Counted([&] { return t.columns->AddPropertyChangeListener(t.visitor.get()); }); }},
       {"put_DisplayName heard by two", false,
-       [](Table& t) {
-         com_ptr<IMutableColumn> column;
-         t.columns->get_MutableColumn(1, column.put());
-         const _bstr_t text(OLESTR("Town"));
-         return Counted([&] { return column->put_DisplayName(text.GetBSTR()); });
-       }},
+       [](Table& t) { return Put(t, 1, &IMutableColumn::put_DisplayName, OLESTR("Town")); }},
       {"RemovePropertyChangeListener", false,
        [](Table& t) { return Counted([&] { return t.columns->RemovePropertyChangeListener(t.visitor.get()); }); }},
       {"AddRecordListValueChangeListener", false,
