@@ -11,6 +11,7 @@ namespace {
 long g_remaining = 0;  // 0: disarmed
 std::size_t g_size = 0;  // 0: any size counts
 bool g_fired = false;
+bool g_firedInRuntime = false;
 bool g_paused = false;
 long g_live = 0;
 
@@ -24,7 +25,11 @@ bool Countdown(std::size_t size) {
 }
 
 const bool g_hooked = [] {
-  platform::SetAllocationFailureHook([] { return Countdown(0); });
+  platform::SetAllocationFailureHook([] {
+    const bool fails = Countdown(0);
+    g_firedInRuntime = g_firedInRuntime || fails;
+    return fails;
+  });
   return platform::AllocationFailureHookSupported();
 }();
 
@@ -48,6 +53,7 @@ void AllocationCountdown::Arm(long k) {
   g_remaining = k;
   g_size = 0;
   g_fired = false;
+  g_firedInRuntime = false;
 }
 void AllocationCountdown::ArmForSize(std::size_t size) {
   Arm(1);
@@ -55,6 +61,7 @@ void AllocationCountdown::ArmForSize(std::size_t size) {
 }
 void AllocationCountdown::Disarm() { g_remaining = 0; }
 bool AllocationCountdown::Fired() { return g_fired; }
+bool AllocationCountdown::FiredInRuntime() { return g_firedInRuntime; }
 long AllocationCountdown::LiveBlocks() { return g_live; }
 bool AllocationCountdown::RuntimeHooked() { return g_hooked; }
 

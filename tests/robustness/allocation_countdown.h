@@ -14,8 +14,10 @@ class AllocationCountdown {
   // The first allocation of exactly `size` bytes from now fails.
   static void ArmForSize(std::size_t size);
   static void Disarm();
-  // Whether the armed allocation came and failed.
+  // Whether the armed allocation came and failed, and whether it was one of
+  // the runtime's own.
   static bool Fired();
+  static bool FiredInRuntime();
   // Blocks handed out by operator new and not yet deleted.
   static long LiveBlocks();
   // The runtime's allocations take part only where the platform asks the hook.
