@@ -73,7 +73,17 @@ PausedCountdown::~PausedCountdown() { g_paused = wasPaused_; }
 // The replacements serve the whole test program, library included.
 void* operator new(std::size_t size) { return brevo::testing::Allocate(size); }
 void* operator new[](std::size_t size) { return brevo::testing::Allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return brevo::testing::Allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept { return operator new(size, nothrow); }
 void operator delete(void* block) noexcept { brevo::testing::Free(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { brevo::testing::Free(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { brevo::testing::Free(block); }
 void operator delete[](void* block) noexcept { brevo::testing::Free(block); }
 void operator delete(void* block, std::size_t) noexcept { brevo::testing::Free(block); }
 void operator delete[](void* block, std::size_t) noexcept { brevo::testing::Free(block); }
