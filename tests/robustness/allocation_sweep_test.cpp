@@ -231,6 +231,13 @@ const std::vector<Step>& Workload() {
          return Counted([&] { return t.iterator->Next(record.put()); });
        }},
       {"iterator Remove", false, [](Table& t) { return Counted([&] { return t.iterator->Remove(); }); }},
+      {"unsynchronized iterator Remove", false,
+       [](Table& t) {
+         com_ptr<IRecordListIterator> iterator;
+         com_ptr<IDispatch> record;
+         return All({[&] { return t.list->GetIterator(VARIANT_FALSE, iterator.put()); },
+                     [&] { return iterator->Next(record.put()); }, [&] { return iterator->Remove(); }});
+       }},
       {"GetRecordListByGroup", false,
        [](Table& t) {
          const auto utils = make_object<RecordListUtils>();
@@ -268,6 +275,16 @@ const std::vector<Step>& Workload() {
        [](Table& t) {
          com_ptr<IMutableRecord> record;
          return Counted([&] { return t.mutableGrouped->AddRecord(record.put()); });
+       }},
+      {"SetValue through a grouped record", false,
+       [](Table& t) {
+         com_ptr<IRecordListIterator> iterator;
+         t.mutableGrouped->GetIterator(VARIANT_FALSE, iterator.put());
+         com_ptr<IDispatch> next;
+         iterator->Next(next.put());
+         const auto record = next.query<IMutableRecord>();
+         const _bstr_t text(OLESTR("Bergen"));
+         return Counted([&] { return record->SetValueAsString(1, text.GetBSTR()); });
        }},
       {"mutable grouped list let go", false, [](Table& t) { return t.LetMutableGroupedGo(); }},
       {"list Clear", false, [](Table& t) { return Counted([&] { return t.list->Clear(); }); }},
