@@ -1,7 +1,7 @@
 // Every step of a workload, run once per allocation it makes with exactly that
 // allocation failing: the call fails with an out-of-memory result (or succeeds),
-// and leaves the table as it was (or, failing after its "After" notification,
-// as the step leaves it), and nothing it made outlives the table.
+// leaves the table as it was (or, failing while it announces the change, made),
+// and nothing it made outlives the table.
 #include <algorithm>
 #include <cstdio>
 #include <functional>
@@ -357,20 +357,13 @@ bool IsPrefix(const std::vector<std::string>& part, const std::vector<std::strin
   return part.size() <= whole.size() && std::equal(part.begin(), part.end(), whole.begin());
 }
 
-bool HeardAfter(const std::vector<std::string>& heard) {
-  for (const auto& line : heard) {
-    if (line.find("After") != std::string::npos) return true;
-  }
-  return false;
-}
-
 std::string Joined(const Table::Sections& sections) {
   std::string text;
   for (const auto& section : sections) text += section;
   return text;
 }
 
-// The notifications of the clean run up to its first "After" one.
+// The notifications heard up to the first "After" one.
 std::vector<std::string> BeforeNotifications(const std::vector<std::string>& heard) {
   std::vector<std::string> lines;
   for (const auto& line : heard) {
@@ -379,6 +372,8 @@ std::vector<std::string> BeforeNotifications(const std::vector<std::string>& hea
   }
   return lines;
 }
+
+bool HeardAfter(const std::vector<std::string>& heard) { return BeforeNotifications(heard).size() < heard.size(); }
 
 // A success is the clean run exactly. A failure either changed nothing and
 // announced no change, or failed while announcing it: every "Before"
