@@ -81,9 +81,10 @@ HRESULT ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* lplpszProgID) {
 HRESULT CLSIDFromProgID(LPCOLESTR lpszProgID, CLSID* lpclsid) {
   if (lpszProgID == nullptr || lpclsid == nullptr) return E_INVALIDARG;
   *lpclsid = GUID_NULL;
-  const Text clsid = Read(Text(lpszProgID) + u"\\CLSID", nullptr);
-  if (clsid.empty()) return CO_E_CLASSSTRING;
-  return CLSIDFromString(clsid.c_str(), lpclsid);
+  return brevo::platform::OutOfMemoryAsResult([&] {
+    const Text clsid = Read(Text(lpszProgID) + u"\\CLSID", nullptr);
+    return clsid.empty() ? CO_E_CLASSSTRING : CLSIDFromString(clsid.c_str(), lpclsid);
+  });
 }
 
 HRESULT CoInitialize(LPVOID) { return S_OK; }
