@@ -55,6 +55,7 @@ set(BREVO_PLATFORM_SOURCES
 )
 if(WIN32)
   list(APPEND BREVO_PLATFORM_SOURCES
+    platform/windows/allocation_failure.cpp
     platform/windows/ansi_text.cpp
     platform/windows/library_loader.cpp
     platform/windows/module_resources.cpp
@@ -64,6 +65,7 @@ if(WIN32)
   )
 else()
   list(APPEND BREVO_PLATFORM_SOURCES
+    platform/native/allocation_failure.cpp
     platform/native/ansi_text.cpp
     platform/native/bstr.cpp
     platform/native/class_objects.cpp

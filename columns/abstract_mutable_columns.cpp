@@ -7,6 +7,7 @@
 #include "columns/mutable_columns.h"
 #include "core/checked_access.h"
 #include "core/messages.h"
+#include "core/room_for.h"
 #include "events/change_events.h"
 #include "events/lazy_event.h"
 #include "events/listener_relay.h"
@@ -60,10 +61,14 @@ com_ptr<IMutableColumn> AbstractMutableColumns::AddColumn(const _bstr_t& name, U
     throw EBvException(OLESTR("Failed to add column."));
   }
 
-  columns_.push_back({column, created.get()});
-  PlaceInIndexMap(static_cast<ULONG>(columns_.size() - 1));
+  // What can fail comes before the first change; appending and placing the
+  // column then cannot.
   if (!relay_) relay_ = make_object<PropertyChangeRelay>(SelfAsPropertyListener());
   ThrowIfFailed(column->AddPropertyChangeListener(relay_.get()));
+  RoomFor(columns_, columns_.size() + 1);
+  RoomFor(indexMap_, columns_.size() + 2);
+  columns_.push_back({column, created.get()});
+  PlaceInIndexMap(static_cast<ULONG>(columns_.size() - 1));
 
   if (events_.enabled()) {
     columnsListeners_.NotifyAfter(&IColumnsChangeListener::ColumnAfterAdd, event);

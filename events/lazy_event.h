@@ -2,8 +2,10 @@
 // creates none.
 #pragma once
 
+#include <new>
 #include <utility>
 
+#include "core/com_error.h"
 #include "core/implements.h"
 
 namespace brevo {
@@ -13,9 +15,15 @@ class LazyEvent {
  public:
   explicit LazyEvent(Init init) : init_(std::move(init)) {}
 
+  // Making an event object is the runtime's object creation, which reports
+  // running out of memory as E_OUTOFMEMORY.
   CComObject<Event>* get() {
     if (!event_) {
-      event_ = make_object<Event>();
+      try {
+        event_ = make_object<Event>();
+      } catch (const std::bad_alloc&) {
+        _com_issue_error(E_OUTOFMEMORY);
+      }
       init_(*event_);
     }
     return event_.get();

@@ -2,6 +2,7 @@
 
 #include "columns/mutable_columns.h"
 #include "events/change_events.h"
+#include "events/lazy_event.h"
 #include "grouping/group_key.h"
 #include "grouping/group_record.h"
 
@@ -29,20 +30,33 @@ void GroupRecordListImpl::Create(IDispatch* source, const _bstr_t& group) {
   source_.Bind(source);
   columns_ = com_ptr<IMutableColumns>(make_object<MutableColumns>().get());
   Events() = EventsSwitch<2>();
-  source_.Listen(SelfAsListListener(), SelfAsValueListener());
-  sourceColumns_ = source_.Columns();
-  ThrowIfFailed(sourceColumns_->AddColumnsChangeListener(SelfAsColumnsListener()));
+  // A list the group check refuses keeps its registrations, as the contract
+  // has it; any other failure takes them back.
+  bool inGroup = true;
+  try {
+    source_.Listen(SelfAsListListener(), SelfAsValueListener());
+    sourceColumns_ = source_.Columns();
+    ThrowIfFailed(sourceColumns_->AddColumnsChangeListener(SelfAsColumnsListener()));
 
-  // Every source column must belong to the group.
-  LONG size = 0;
-  ThrowIfFailed(sourceColumns_->get_Size(&size));
-  const auto sourceMap = sourceColumns_.query<IMutableColumnsManager>();
-  std::vector<ULONG> sourceIndices(static_cast<std::size_t>(size));
-  for (ULONG i = 0; i < sourceIndices.size(); ++i) {
-    const LONG found = sourceMap->GetCloumnIndicesByGroup(key_, i);
-    if (found == -1) throw EBvException(OLESTR("No such group found in recordlist."));
-    sourceIndices[i] = static_cast<ULONG>(found);
+    // Every source column must belong to the group.
+    LONG size = 0;
+    ThrowIfFailed(sourceColumns_->get_Size(&size));
+    const auto sourceMap = sourceColumns_.query<IMutableColumnsManager>();
+    std::vector<ULONG> sourceIndices(static_cast<std::size_t>(size));
+    for (ULONG i = 0; inGroup && i < sourceIndices.size(); ++i) {
+      const LONG found = sourceMap->GetCloumnIndicesByGroup(key_, i);
+      inGroup = found != -1;
+      sourceIndices[i] = static_cast<ULONG>(found);
+    }
+    if (inGroup) CopyColumns(sourceIndices);
+  } catch (...) {
+    Unregister();
+    throw;
   }
+  if (!inGroup) throw EBvException(OLESTR("No such group found in recordlist."));
+}
+
+void GroupRecordListImpl::CopyColumns(const std::vector<ULONG>& sourceIndices) {
   const auto own = columns_.query<IMutableColumnsRaw>();
   const auto ownMap = columns_.query<IMutableColumnsManager>();
   for (ULONG i = 0; i < sourceIndices.size(); ++i) {
@@ -81,9 +95,11 @@ void GroupRecordListImpl::RaiseRecordEvent(
     HRESULT (STDMETHODCALLTYPE IRecordListChangeListener::*method)(IRecordListChangeEvent*)) {
   com_ptr<IDispatch> record;
   if (incoming != nullptr) ThrowIfFailed(incoming->GetRecordChanged(record.put()));
-  auto own = make_object<RecordListChangeEvent>();
-  own->RecordListChangeEventImpl::Initialize(SelfAsSource(), Wrap(record.get()).get());
-  ListListeners().NotifyAfter(method, static_cast<IRecordListChangeEvent*>(own.get()));
+  // Nobody listening: nothing to make, so nothing that can fail the source's change.
+  auto own = MakeLazyEvent<RecordListChangeEvent>([&](RecordListChangeEvent& e) {
+    e.RecordListChangeEventImpl::Initialize(SelfAsSource(), Wrap(record.get()).get());
+  });
+  ListListeners().NotifyAfter(method, own);
 }
 
 // Both "before" notifications reach the own listeners as "after add", whatever

@@ -6,6 +6,8 @@
 // the source's two list registries and from the source columns' registry.
 #pragma once
 
+#include <vector>
+
 #include "grouping/group_interfaces.h"
 #include "grouping/list_source.h"
 #include "lists/record_list_facade.h"
@@ -16,7 +18,7 @@ class GroupRecordListImpl : public AbstractRecordList {
  public:
   using AbstractRecordList::AbstractRecordList;
 
-  // Registrations first, then the group check: a failure leaves them in
+  // Registrations first, then the group check: a refusal leaves them in
   // place, and the half-built list keeps following its source safely.
   void Create(IDispatch* source, const _bstr_t& group);
   com_ptr<IDispatch> GetSource() const { return source_.Object(); }
@@ -57,6 +59,7 @@ class GroupRecordListImpl : public AbstractRecordList {
   const _bstr_t& Group() const noexcept { return group_; }
 
  private:
+  void CopyColumns(const std::vector<ULONG>& sourceIndices);
   void RaiseRecordEvent(IRecordListChangeEvent* incoming,
                         HRESULT (STDMETHODCALLTYPE IRecordListChangeListener::*method)(IRecordListChangeEvent*));
   com_ptr<IRecordListValueChangeEvent> OwnValueEvent(IRecordListValueChangeEvent* incoming);

@@ -1,5 +1,6 @@
 #include "lists/mutable_record_list.h"
 
+#include "core/room_for.h"
 #include "events/change_events.h"
 #include "events/lazy_event.h"
 #include "lists/mutable_iterator.h"
@@ -25,23 +26,36 @@ void MutableRecordListImpl::AddRecord(IMutableRecord** result) {
   ThrowIfFailed(columns_->get_Size(&size));
   if (size == 0) throw EBvException(OLESTR("Cannot add record becasue is columns are empty."));
 
+  // A record let go clears its columns, so whatever can run out of memory
+  // happens before the record exists or, for its event, before it is handed
+  // out (a failure then discards it without that clearing).
+  std::vector<unique_variant> cells(static_cast<std::size_t>(size) + 1);
+  RoomFor(rows_, rows_.size() + 1);
+  IRecordChangeListener* relay = RecordRelay();
   auto made = make_object<MutableRecord>();
   const com_ptr<IMutableRecord> record(made.get());
   made->MutableRecordImpl::Create(columns_.get());
-  std::vector<unique_variant> cells(static_cast<std::size_t>(size) + 1);
   cells[0]->vt = VT_UNKNOWN;
   cells[0]->punkVal = com_ptr<IUnknown>(record.get()).detach();
   made->MutableRecordImpl::AssignValues(cells);
-  record.copy_to(result);
-
   auto event = MakeLazyEvent<RecordListChangeEvent>(
       [&](RecordListChangeEvent& e) { e.RecordListChangeEventImpl::Initialize(Self(), record.get()); });
+  if (EventsEnabled() && !ListListeners().empty()) {
+    try {
+      event.get();
+    } catch (...) {
+      made->MutableRecordImpl::Discard();
+      throw;
+    }
+  }
+  record.copy_to(result);
+
   if (EventsEnabled() && !ListListeners().NotifyBefore(&IRecordListChangeListener::RecordBeforeAdd, event)) {
     throw EBvException(OLESTR("Failed to add record."));
   }
-  rows_.push_back(record);
   // The list hears the record's value changes from now on.
-  made->MutableRecordImpl::AddRecordChangeListener(RecordRelay());
+  made->MutableRecordImpl::AddRecordChangeListener(relay);
+  rows_.push_back(record);
   if (EventsEnabled()) {
     ListListeners().NotifyAfter(&IRecordListChangeListener::RecordAfterAdd, event);
   } else {

@@ -35,6 +35,10 @@ class MutableRecordImpl : public AbstractMutableRecord {
   void AddRecordChangeListener(IRecordChangeListener* listener) { listeners_.Add(listener); }
   void RemoveRecordChangeListener(IRecordChangeListener* listener) { listeners_.Remove(listener); }
 
+  // For a record that never reached a client: letting it go leaves its
+  // columns alone.
+  void Discard() noexcept { columnsRaw_ = nullptr; }
+
  protected:
   virtual IMutableRecord* Self() noexcept = 0;
   // The last release: clears as Clear does, and tells a surviving view.

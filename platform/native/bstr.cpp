@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/native/allocation_failure_point.h"
 #include "platform/native/oleauto.h"
 
 namespace {
@@ -15,7 +16,7 @@ std::uint32_t* PrefixOf(BSTR text) {
 // Allocates room for byteLength bytes of text plus the terminator; the text
 // bytes are copied from source when given, zeroed otherwise.
 BSTR Allocate(const void* source, std::size_t byteLength) {
-  if (byteLength > 0xFFFFFFF0u) return nullptr;
+  if (byteLength > 0xFFFFFFF0u || brevo::platform::AllocationShouldFail()) return nullptr;
   auto* block = static_cast<char*>(std::malloc(kPrefix + byteLength + sizeof(OLECHAR)));
   if (block == nullptr) return nullptr;
   const auto length32 = static_cast<std::uint32_t>(byteLength);

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/native/oleauto.h"
+#include "platform/native/out_of_memory.h"
 #include "platform/registry.h"
 
 namespace {
@@ -65,22 +66,25 @@ HRESULT CLSIDFromString(LPCOLESTR text, CLSID* clsid) {
 HRESULT ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* lplpszProgID) {
   if (lplpszProgID == nullptr) return E_INVALIDARG;
   *lplpszProgID = nullptr;
-  const Text progId = Read(ClassKey(clsid) + u"\\ProgID", nullptr);
-  if (progId.empty()) return REGDB_E_CLASSNOTREG;
-  const std::size_t bytes = (progId.size() + 1) * sizeof(OLECHAR);
-  auto* text = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
-  if (text == nullptr) return E_OUTOFMEMORY;
-  std::memcpy(text, progId.c_str(), bytes);
-  *lplpszProgID = text;
-  return S_OK;
+  return brevo::platform::OutOfMemoryAsResult([&] {
+    const Text progId = Read(ClassKey(clsid) + u"\\ProgID", nullptr);
+    if (progId.empty()) return REGDB_E_CLASSNOTREG;
+    const std::size_t bytes = (progId.size() + 1) * sizeof(OLECHAR);
+    auto* text = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
+    if (text == nullptr) return E_OUTOFMEMORY;
+    std::memcpy(text, progId.c_str(), bytes);
+    *lplpszProgID = text;
+    return S_OK;
+  });
 }
 
 HRESULT CLSIDFromProgID(LPCOLESTR lpszProgID, CLSID* lpclsid) {
   if (lpszProgID == nullptr || lpclsid == nullptr) return E_INVALIDARG;
   *lpclsid = GUID_NULL;
-  const Text clsid = Read(Text(lpszProgID) + u"\\CLSID", nullptr);
-  if (clsid.empty()) return CO_E_CLASSSTRING;
-  return CLSIDFromString(clsid.c_str(), lpclsid);
+  return brevo::platform::OutOfMemoryAsResult([&] {
+    const Text clsid = Read(Text(lpszProgID) + u"\\CLSID", nullptr);
+    return clsid.empty() ? CO_E_CLASSSTRING : CLSIDFromString(clsid.c_str(), lpclsid);
+  });
 }
 
 HRESULT CoInitialize(LPVOID) { return S_OK; }

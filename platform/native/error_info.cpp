@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/native/oleauto.h"
+#include "platform/native/out_of_memory.h"
 
 namespace {
 
@@ -66,9 +67,11 @@ class ErrorInfo final : public IErrorInfo, public ICreateErrorInfo {
     return S_OK;
   }
   static HRESULT Set(Text& text, LPOLESTR value) {
-    text.set = value != nullptr;
-    text.value = value != nullptr ? std::u16string(value) : std::u16string();
-    return S_OK;
+    return brevo::platform::OutOfMemoryAsResult([&] {
+      text.value = value != nullptr ? std::u16string(value) : std::u16string();
+      text.set = value != nullptr;
+      return S_OK;
+    });
   }
 
   ULONG refs_ = 1;
