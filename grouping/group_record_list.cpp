@@ -1,5 +1,7 @@
 #include "grouping/group_record_list.h"
 
+#include <new>
+
 #include "columns/mutable_columns.h"
 #include "events/change_events.h"
 #include "events/lazy_event.h"
@@ -30,8 +32,10 @@ void GroupRecordListImpl::Create(IDispatch* source, const _bstr_t& group) {
   source_.Bind(source);
   columns_ = com_ptr<IMutableColumns>(make_object<MutableColumns>().get());
   Events() = EventsSwitch<2>();
-  // A list the group check refuses keeps its registrations, as the contract
-  // has it; any other failure takes them back.
+  // No step undoes an earlier one: a list refused by the group check, or by a
+  // failure of its source, keeps its registrations, as the contract has it.
+  // Only running out of memory takes them back, so that the failed call
+  // leaves the source as it was.
   bool inGroup = true;
   try {
     source_.Listen(SelfAsListListener(), SelfAsValueListener());
@@ -49,8 +53,12 @@ void GroupRecordListImpl::Create(IDispatch* source, const _bstr_t& group) {
       sourceIndices[i] = static_cast<ULONG>(found);
     }
     if (inGroup) CopyColumns(sourceIndices);
-  } catch (...) {
+  } catch (const std::bad_alloc&) {
     Unregister();
+    throw;
+  } catch (const _com_error& e) {
+    // A callee that ran out of C++ memory answers E_UNEXPECTED.
+    if (e.Error() == E_OUTOFMEMORY || e.Error() == E_UNEXPECTED) Unregister();
     throw;
   }
   if (!inGroup) throw EBvException(OLESTR("No such group found in recordlist."));

@@ -128,9 +128,12 @@ com_ptr<IRecordListIterator> MutableRecordListImpl::GetFilteredIterator(IRecordC
 
 com_ptr<IRecordListIterator> MutableRecordListImpl::GetSortedIterator(IRecordComparator* comparator,
                                                                       VARIANT_BOOL synchronized) {
+  // The comparator may ask this list for another sort while it runs, which
+  // replaces the stored one: the pass keeps its own reference.
+  const auto callback = AsCallback<IRecordComparator>(comparator);
   sortResult_ = rows_;
-  sortComparator_ = AsCallback<IRecordComparator>(comparator);
-  SortRows(sortResult_, sortComparator_.get());
+  sortComparator_ = callback;
+  SortRows(sortResult_, callback.get());
   return IterateOver(sortResult_, synchronized, nullptr);
 }
 

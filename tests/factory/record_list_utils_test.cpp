@@ -261,6 +261,15 @@ TEST(ListUtils, ARefusedGroupedViewStaysRegisteredAndHarmless) {
     source->changeListener.reset();
     source->valueListener.reset();
   }
+  // A source that fails after the list registered (it has no columns) keeps
+  // those registrations too.
+  const auto bare = make_object<MutableRecordList>();
+  const auto failing = make_object<WatchedSource>(bare.get());
+  com_ptr<IMutableRecordList> refused;
+  EXPECT_EQ(utils->GetMutableRecordListByGroup(failing.get(), group.GetBSTR(), refused.put()), E_POINTER);
+  EXPECT_EQ(failing->log, (Transcript{"add value listener", "add change listener"}));
+  failing->changeListener.reset();
+  failing->valueListener.reset();
 }
 
 }  // namespace
