@@ -1,0 +1,88 @@
+#!/usr/bin/env python3
+"""Writes the seed inputs of the fuzz targets, in the bytecode each target reads
+(see the Step functions of the targets). Run from anywhere; rewrites
+fuzz/corpus/<target>/seed-*."""
+import pathlib
+import struct
+
+HERE = pathlib.Path(__file__).resolve().parent
+
+
+def text(s, odd=False):
+    raw = s.encode("utf-16-le") + (b"x" if odd else b"")
+    return bytes([len(raw)]) + raw
+
+
+def u32(n):
+    return struct.pack("<I", n & 0xFFFFFFFF)
+
+
+# cell_values: a column is a type-code choice and a name; a step picks the
+# record, the view, then the operation.
+CODES = [0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25]
+
+
+def column(code, name):
+    return bytes([CODES.index(code)]) + text(name)
+
+
+def step(op, record=0, view=0):
+    return bytes([record, view, op])
+
+
+KINDS = [0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 13, 14, 16, 17, 18, 19, 20, 21, 22, 23, 36]
+
+
+def plain(vt, payload=b""):
+    return bytes([0, KINDS.index(vt)]) + payload
+
+
+def byref(vt, payload):
+    return bytes([0xC1, KINDS.index(vt)]) + payload
+
+
+CELL_SEEDS = {
+    # int32, text and real columns; text into the int column, read back every way
+    "mixed": bytes([3]) + column(10, "n") + column(1, "t") + column(4, "r")
+    + step(0) + bytes([1]) + plain(8, text("12abc"))
+    + step(3) + bytes([1, 5])
+    + step(3) + bytes([2, 8])
+    + step(4, view=1) + bytes([3, 3])
+    + step(2) + bytes([3, 1, 0])  # SetValueAsDouble(index 3) with NaN
+    + step(4) + bytes([3, 5]),
+    # odd-length text and a by-reference string in a text column, then the name lookups
+    "odd_text": bytes([2]) + column(1, "a") + column(9, "b")
+    + step(0) + bytes([1]) + plain(8, text("ab", odd=True))
+    + step(0) + bytes([2]) + byref(8, text("ref"))
+    + step(1) + bytes([0]) + plain(8, text("x"))
+    + step(3) + bytes([0, 1, 0]),
+    # 64-bit limits in an int64 column, read as every width; then past the end
+    "wide": bytes([1]) + column(12, "big")
+    + step(2) + bytes([1, 4, 0, 3])  # SetValueAsInt64(1, INT64_MIN)
+    + step(3) + bytes([1, 5]) + step(3) + bytes([1, 7]) + step(3) + bytes([1, 9])
+    + step(3) + bytes([0xF0]) + u32(0xFFFFFFFF) + bytes([0]),
+    # unknown type codes, objects, add and remove columns around the records
+    "schema": bytes([2]) + column(5, "o") + column(25, "u")
+    + step(0) + bytes([1]) + plain(13, bytes([1]))
+    + step(5) + bytes([0xF0]) + u32(0x80000000) + text("late")
+    + step(6) + bytes([0])
+    + step(7, record=1) + bytes([1, 0])
+    + step(8) + bytes([3, 0]),
+}
+
+# late_binding and call_sequences seeds are added below by their targets.
+SEEDS = {"cell_values": CELL_SEEDS}
+
+
+def main():
+    for target, seeds in SEEDS.items():
+        folder = HERE / target
+        folder.mkdir(exist_ok=True)
+        for old in folder.glob("seed-*"):
+            old.unlink()
+        for name, data in seeds.items():
+            (folder / f"seed-{name}").write_bytes(data)
+
+
+if __name__ == "__main__":
+    main()
