@@ -70,8 +70,50 @@ CELL_SEEDS = {
     + step(8) + bytes([3, 0]),
 }
 
-# late_binding and call_sequences seeds are added below by their targets.
-SEEDS = {"cell_values": CELL_SEEDS}
+# late_binding: the setup reads three column-type picks and a record count;
+# with two records the graph starts as 0-2 columns, 3-4 records, 5 the
+# collection, 6 the list, 7 its view, 8 the event listener, 9 the utilities,
+# 10 the factory, 11-12 the grouped lists. Objects offered as arguments come
+# in the same order.
+FACES = {"dispatch": 0, "mutable_column": 2, "mutable_columns": 4, "mutable_record": 6,
+         "mutable_list": 8, "iterator": 9, "utils": 10, "factory": 11}
+METHOD, GET, PUT = 0, 1, 3
+
+
+def late_setup(records=2):
+    return bytes([0, 0, 0, records])
+
+
+def invoke(target, face, member, flags=METHOD, args=(), named=()):
+    out = bytes([target, FACES[face], 2, member, flags, 1, len(args)]) + b"".join(args)
+    out += bytes([len(named)]) + bytes([0 if n == -3 else 1 for n in named])
+    return out + bytes([0])  # every out-parameter given
+
+
+def obj(index):
+    return bytes([0, KINDS.index(9), index])
+
+
+def i4(special):
+    return bytes([0, KINDS.index(3), 0, special])
+
+
+LATE_SEEDS = {
+    "add_and_iterate": late_setup() + invoke(6, "mutable_list", 3)
+    + invoke(6, "mutable_list", 10, args=[plain(11, bytes([0]))])
+    + invoke(16, "iterator", 6),
+    "set_value": late_setup() + invoke(3, "mutable_record", 7, args=[i4(1), plain(8, text("7"))])
+    + invoke(3, "mutable_record", 20, args=[i4(1)]),
+    "columns": late_setup() + invoke(5, "mutable_columns", 7, args=[plain(8, text("g.d")), i4(0)])
+    + invoke(5, "mutable_columns", 8, args=[i4(1)]),
+    "utils": late_setup() + invoke(9, "utils", 5, args=[obj(6)])
+    + invoke(10, "factory", 2, args=[obj(5)]),
+    "property_put": late_setup() + invoke(0, "mutable_column", 5, flags=PUT, args=[plain(8, text("h.x"))], named=[-3])
+    + invoke(11, "mutable_list", 9, flags=GET),
+}
+
+# call_sequences seeds are added below by their target.
+SEEDS = {"cell_values": CELL_SEEDS, "late_binding": LATE_SEEDS}
 
 
 def main():

@@ -17,15 +17,21 @@ bool AbortFired() noexcept;
 // Throws ContractAbort when an abort happened since ResetAbort.
 void StopIfAborted();
 
-// For callbacks the library calls: runs body unless the input already ended,
-// and never lets the harness's exception cross the library.
+// Runs body; an abort inside it ends body only. For release work, which runs
+// after an abort too.
 template <class Body>
-void InCallback(Body&& body) noexcept {
-  if (AbortFired()) return;
+void Quietly(Body&& body) noexcept {
   try {
     body();
   } catch (const ContractAbort&) {
   }
+}
+
+// For callbacks the library calls: runs body unless the input already ended,
+// and never lets the harness's exception cross the library.
+template <class Body>
+void InCallback(Body&& body) noexcept {
+  if (!AbortFired()) Quietly(body);
 }
 
 }  // namespace brevo::fuzz
