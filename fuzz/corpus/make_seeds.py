@@ -112,8 +112,35 @@ LATE_SEEDS = {
     + invoke(11, "mutable_list", 9, flags=GET),
 }
 
-# call_sequences seeds are added below by their target.
-SEEDS = {"cell_values": CELL_SEEDS, "late_binding": LATE_SEEDS}
+# call_sequences: a step is an operation code and its picks; every callback
+# call reads one byte (bit 0 the answer, bit 1 stop the event, bit 2 run a
+# nested step), so a seed carries a few spare bytes for them.
+ADD_COLUMN, REMOVE_COLUMN, ADD_RECORD, ITERATE, CLEAR_LIST, CLEAR_COLUMNS = 0, 1, 2, 3, 4, 5
+LISTEN, STOP_LISTENING, NEW_ITERATOR, WALK, SET_VALUE, EVENTS, DROP, GROUP = 6, 7, 8, 9, 10, 11, 12, 13
+NEW_ACTOR, NEW_SCRIPT = 0, 1  # with no callback yet
+REENTER, STOP = 4, 2
+
+SEQUENCE_SEEDS = {
+    # a list listener that adds a record from inside RecordBeforeAdd
+    "reentrant_add": bytes([ADD_COLUMN, 0, LISTEN, 0, NEW_ACTOR, 0, ADD_RECORD, REENTER, ADD_RECORD])
+    + bytes(6) + bytes([WALK, 0]),
+    # a script comparator sorting three records, then a walk of the sorted iterator
+    "script_sort": bytes([ADD_COLUMN, 0, ADD_RECORD, ADD_RECORD, ADD_RECORD,
+                          SET_VALUE, 0, 0, 0, 7, SET_VALUE, 1, 0, 0, 3,
+                          NEW_ITERATOR, 0, 1, 2, NEW_SCRIPT]) + bytes([0, 1, 2, 0, 1, 2])
+    + bytes([ITERATE, 0, 1, ITERATE, 0, 2, WALK, 1]),
+    # a comparator that clears the list while it sorts
+    "clear_in_sort": bytes([ADD_COLUMN, 1, ADD_RECORD, ADD_RECORD, NEW_ITERATOR, 0, 0, 2, NEW_ACTOR,
+                            REENTER, CLEAR_LIST]) + bytes(4) + bytes([WALK, 0]),
+    # a grouped list with a listener, records added through the source, then dropped
+    "grouped": bytes([ADD_COLUMN, 0, ADD_COLUMN, 1, GROUP, 0, LISTEN, 4, 0, NEW_SCRIPT, 0, ADD_RECORD])
+    + bytes(4) + bytes([NEW_ITERATOR, 2, 0, 0, ITERATE, 0, 1, DROP, 2, 0, DROP, 3]),
+    # a record listener that vetoes a value change, then removes itself
+    "veto": bytes([ADD_COLUMN, 0, ADD_RECORD, LISTEN, 2, 0, NEW_ACTOR, 2,
+                   SET_VALUE, 0, 0, 0, 9, STOP, STOP_LISTENING, 2, 0, 0, EVENTS, 2, 0, 1, SET_VALUE, 0, 0, 1, 5]),
+}
+
+SEEDS = {"cell_values": CELL_SEEDS, "late_binding": LATE_SEEDS, "call_sequences": SEQUENCE_SEEDS}
 
 
 def main():

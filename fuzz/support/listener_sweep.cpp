@@ -1,6 +1,7 @@
 #include "fuzz/support/listener_sweep.h"
 
 #include "columns/column_interfaces.h"
+#include "fuzz/support/callback_arg.h"
 #include "fuzz/support/contract_abort.h"
 #include "lists/list_interfaces.h"
 
@@ -11,13 +12,9 @@ template <class Source, class Listener>
 void RemoveEvery(IUnknown* target, HRESULT (STDMETHODCALLTYPE Source::*remove)(Listener*), IUnknown* candidate) {
   const auto source = com_ptr<IUnknown>(target).try_query<Source>();
   if (!source) return;
-  const com_ptr<IUnknown> held(candidate);
-  const auto listener = held.try_query<Listener>();
-  const auto script = held.try_query<IDispatch>();
-  // An object without the interface was registered as a script, by its IDispatch.
-  Listener* passed = listener ? listener.get() : reinterpret_cast<Listener*>(script.get());
-  if (passed == nullptr) return;
-  for (int i = 0; i < 16 && (source.get()->*remove)(passed) == S_OK; ++i) {
+  const CallbackArg<Listener> listener(candidate);
+  if (listener.get() == nullptr) return;
+  for (int i = 0; i < 16 && (source.get()->*remove)(listener.get()) == S_OK; ++i) {
   }
 }
 
@@ -31,27 +28,26 @@ void ListenerSweep::Called(IUnknown* target) {
 }
 
 void ListenerSweep::RemoveAll(const std::vector<com_ptr<IUnknown>>& candidates) noexcept {
-  for (const com_ptr<IUnknown>& target : targets_) {
-    for (const com_ptr<IUnknown>& candidate : candidates) {
-      IUnknown* const t = target.get();
-      IUnknown* const c = candidate.get();
-      Quietly([&] {
-        RemoveEvery(t, &IRecord::RemoveRecordChangeListener, c);
-        RemoveEvery(t, &IMutableRecord::RemoveRecordChangeListener, c);
-        RemoveEvery(t, &IColumn::RemovePropertyChangeListener, c);
-        RemoveEvery(t, &IMutableColumn::RemovePropertyChangeListener, c);
-        RemoveEvery(t, &IColumns::RemoveColumnsChangeListener, c);
-        RemoveEvery(t, &IColumns::RemovePropertyChangeListener, c);
-        RemoveEvery(t, &IMutableColumns::RemoveColumnsChangeListener, c);
-        RemoveEvery(t, &IMutableColumns::RemovePropertyChangeListener, c);
-        RemoveEvery(t, &IRecordList::RemoveRecordListChangeListener, c);
-        RemoveEvery(t, &IRecordList::RemoveRecordListValueChangeListener, c);
-        RemoveEvery(t, &IMutableRecordList::RemoveRecordListChangeListener, c);
-        RemoveEvery(t, &IMutableRecordList::RemoveRecordListValueChangeListener, c);
-      });
-    }
-  }
+  for (const com_ptr<IUnknown>& target : targets_)
+    for (const com_ptr<IUnknown>& candidate : candidates) Remove(target.get(), candidate.get());
   targets_.clear();
+}
+
+void ListenerSweep::Remove(IUnknown* t, IUnknown* c) noexcept {
+  Quietly([&] {
+    RemoveEvery(t, &IRecord::RemoveRecordChangeListener, c);
+    RemoveEvery(t, &IMutableRecord::RemoveRecordChangeListener, c);
+    RemoveEvery(t, &IColumn::RemovePropertyChangeListener, c);
+    RemoveEvery(t, &IMutableColumn::RemovePropertyChangeListener, c);
+    RemoveEvery(t, &IColumns::RemoveColumnsChangeListener, c);
+    RemoveEvery(t, &IColumns::RemovePropertyChangeListener, c);
+    RemoveEvery(t, &IMutableColumns::RemoveColumnsChangeListener, c);
+    RemoveEvery(t, &IMutableColumns::RemovePropertyChangeListener, c);
+    RemoveEvery(t, &IRecordList::RemoveRecordListChangeListener, c);
+    RemoveEvery(t, &IRecordList::RemoveRecordListValueChangeListener, c);
+    RemoveEvery(t, &IMutableRecordList::RemoveRecordListChangeListener, c);
+    RemoveEvery(t, &IMutableRecordList::RemoveRecordListValueChangeListener, c);
+  });
 }
 
 }  // namespace brevo::fuzz

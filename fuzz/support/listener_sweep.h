@@ -16,6 +16,8 @@ class ListenerSweep {
   // Takes each candidate out of every registry of every object called, as
   // often as it is registered there.
   void RemoveAll(const std::vector<com_ptr<IUnknown>>& candidates) noexcept;
+  // Takes candidate out of every registry of target.
+  static void Remove(IUnknown* target, IUnknown* candidate) noexcept;
 
  private:
   std::vector<com_ptr<IUnknown>> targets_;
