@@ -341,11 +341,4 @@ class SequenceSession final : public Stage {
 }  // namespace
 }  // namespace brevo::fuzz
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  brevo::fuzz::StartFuzzing();
-  return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  return brevo::fuzz::RunOneInput<brevo::fuzz::SequenceSession>(data, size, "call_sequences");
-}
+BREVO_FUZZ_TARGET(brevo::fuzz::SequenceSession, "call_sequences")

@@ -148,11 +148,4 @@ class CellSession {
 }  // namespace
 }  // namespace brevo::fuzz
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  brevo::fuzz::StartFuzzing();
-  return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  return brevo::fuzz::RunOneInput<brevo::fuzz::CellSession>(data, size, "cell_values");
-}
+BREVO_FUZZ_TARGET(brevo::fuzz::CellSession, "cell_values")

@@ -11,42 +11,13 @@
 #include "fuzz/support/grouped_lists.h"
 #include "fuzz/support/listener_sweep.h"
 #include "fuzz/support/one_input.h"
+#include "fuzz/support/reentrant_actors.h"
 #include "lists/mutable_record_list.h"
 
 namespace brevo::fuzz {
 namespace {
 
 constexpr std::size_t kGraphLimit = 64;
-
-// Hears every kind of event and hands each event to the graph.
-class EventCatcher
-    : public implements<EventCatcher, IRecordChangeListener, IColumnsChangeListener, IRecordListChangeListener,
-                        IRecordListValueChangeListener, IPropertyChangeListener> {
- public:
-
-  // Null once the session is gone: registries may still call while they die.
-  std::vector<com_ptr<IUnknown>>* sink = nullptr;
-
-  STDMETHODIMP ValueBeforeChange(IRecordChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP ValueAfterChange(IRecordChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP ColumnBeforeAdd(IColumnsChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP ColumnAfterAdd(IColumnsChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP ColumnBeforeRemove(IColumnsChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP ColumnAfterRemove(IColumnsChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP RecordBeforeAdd(IRecordListChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP RecordAfterAdd(IRecordListChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP RecordBeforeRemove(IRecordListChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP RecordAfterRemove(IRecordListChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP ValueBeforeChange(IRecordListValueChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP ValueAfterChange(IRecordListValueChangeEvent* e) override { return Catch(e); }
-  STDMETHODIMP PropertyChange(IPropertyChangeEvent* e) override { return Catch(e); }
-
- private:
-  HRESULT Catch(IUnknown* event) {
-    if (sink != nullptr && event != nullptr) sink->push_back(identity_of(event));
-    return S_OK;
-  }
-};
 
 // The dual interfaces a graph object may be called through.
 using Face = com_ptr<IDispatch> (*)(IUnknown*);
@@ -80,11 +51,12 @@ struct Exception : EXCEPINFO {
   }
 };
 
-class LateBindingSession {
+// The graph's listener (and condition, and comparator) hands every event and
+// record it is given to the graph.
+class LateBindingSession final : public Stage {
  public:
   explicit LateBindingSession(ByteReader& in) : in_(in), values_(in) {
-    catcher_ = make_object<EventCatcher>();
-    catcher_->sink = &heard_;
+    catcher_ = make_object<Actor>(this);
     const com_ptr<IMutableColumns> columns(make_object<MutableColumns>().get());
     for (const OLECHAR* name : {OLESTR("g.a"), OLESTR("g.b"), OLESTR("g.c")}) {
       com_ptr<IMutableColumn> column;
@@ -103,7 +75,7 @@ class LateBindingSession {
     Join(columns.get());
     Join(list.get());
     Join(view.get());
-    Join(static_cast<IRecordChangeListener*>(catcher_.get()));
+    Join(static_cast<IRecordCondition*>(catcher_.get()));
     Done(list->AddRecordListChangeListener(catcher_.get()));
     Done(list->AddRecordListValueChangeListener(catcher_.get()));
     Done(columns->AddColumnsChangeListener(catcher_.get()));
@@ -118,7 +90,7 @@ class LateBindingSession {
   }
 
   ~LateBindingSession() {
-    catcher_->sink = nullptr;
+    catcher_->stage = nullptr;
     // Registrations and cell values the input made may tie graph objects in a
     // cycle; undo them before letting go.
     sweep_.RemoveAll(graph_);
@@ -126,6 +98,11 @@ class LateBindingSession {
       for (const com_ptr<IUnknown>& object : graph_)
         if (const auto record = object.try_query<IMutableRecord>()) record->Clear();
     });
+  }
+
+  Reply React(Cue, IUnknown* subject) override {
+    if (subject != nullptr) heard_.push_back(identity_of(subject));
+    return {};
   }
 
   void Run() {
@@ -232,7 +209,7 @@ class LateBindingSession {
 
   ByteReader& in_;
   ValueMaker values_;
-  com_ptr<CComObject<EventCatcher>> catcher_;
+  com_ptr<CComObject<Actor>> catcher_;
   std::vector<com_ptr<IUnknown>> heard_;
   std::vector<DISPID> groupingIds_;
   // Released after the graph; each keeps what it has to undo.
@@ -244,11 +221,4 @@ class LateBindingSession {
 }  // namespace
 }  // namespace brevo::fuzz
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  brevo::fuzz::StartFuzzing();
-  return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  return brevo::fuzz::RunOneInput<brevo::fuzz::LateBindingSession>(data, size, "late_binding");
-}
+BREVO_FUZZ_TARGET(brevo::fuzz::LateBindingSession, "late_binding")

@@ -1,38 +1,47 @@
 #include "fuzz/support/grouped_lists.h"
 
-#include "fuzz/support/contract_abort.h"
+#include "fuzz/support/listener_sweep.h"
 
 namespace brevo::fuzz {
+namespace {
+
+com_ptr<IUnknown> ColumnsOf(IMutableRecordList* list) {
+  com_ptr<IMutableColumns> columns;
+  list->get_Columns(columns.put());
+  return identity_of(columns.get());
+}
+
+com_ptr<IUnknown> ColumnsOf(IRecordList* list) {
+  com_ptr<IColumns> columns;
+  list->get_Columns(columns.put());
+  return identity_of(columns.get());
+}
+
+HRESULT GroupOf(IRecordListUtils* utils, IMutableRecordList* list, BSTR group, IMutableRecordList** out) {
+  return utils->GetMutableRecordListByGroup(list, group, out);
+}
+
+HRESULT GroupOf(IRecordListUtils* utils, IRecordList* list, BSTR group, IRecordList** out) {
+  return utils->GetRecordListByGroup(list, group, out);
+}
+
+}  // namespace
 
 GroupedLists::~GroupedLists() {
   for (const Made& made : made_) Unregister(made);
 }
 
-com_ptr<IMutableRecordList> GroupedLists::Group(IRecordListUtils* utils, IMutableRecordList* source,
-                                                const _bstr_t& group) {
-  com_ptr<IMutableRecordList> grouped;
-  Made made;
-  // The registrations are on the columns the source has now.
-  if (source->get_Columns(made.mutableColumns.put()) != S_OK ||
-      utils->GetMutableRecordListByGroup(source, group.GetBSTR(), grouped.put()) != S_OK || !grouped)
-    return nullptr;
+template <class List>
+com_ptr<List> GroupedLists::Group(IRecordListUtils* utils, List* source, const _bstr_t& group) {
+  Made made{nullptr, identity_of(source), ColumnsOf(source)};
+  com_ptr<List> grouped;
+  if (GroupOf(utils, source, group.GetBSTR(), grouped.put()) != S_OK || !grouped) return nullptr;
   made.grouped = identity_of(grouped.get());
-  made.mutableSource = com_ptr<IMutableRecordList>(source);
   made_.push_back(std::move(made));
   return grouped;
 }
-
-com_ptr<IRecordList> GroupedLists::Group(IRecordListUtils* utils, IRecordList* source, const _bstr_t& group) {
-  com_ptr<IRecordList> grouped;
-  Made made;
-  if (source->get_Columns(made.columns.put()) != S_OK ||
-      utils->GetRecordListByGroup(source, group.GetBSTR(), grouped.put()) != S_OK || !grouped)
-    return nullptr;
-  made.grouped = identity_of(grouped.get());
-  made.source = com_ptr<IRecordList>(source);
-  made_.push_back(std::move(made));
-  return grouped;
-}
+template com_ptr<IMutableRecordList> GroupedLists::Group(IRecordListUtils*, IMutableRecordList*, const _bstr_t&);
+template com_ptr<IRecordList> GroupedLists::Group(IRecordListUtils*, IRecordList*, const _bstr_t&);
 
 void GroupedLists::Release(IUnknown* grouped) {
   const com_ptr<IUnknown> identity = identity_of(grouped);
@@ -46,22 +55,10 @@ void GroupedLists::Release(IUnknown* grouped) {
   }
 }
 
+// The source list's change and value registries, and its columns' change registry.
 void GroupedLists::Unregister(const Made& made) noexcept {
-  Quietly([&] {
-    const auto lists = made.grouped.try_query<IRecordListChangeListener>();
-    const auto values = made.grouped.try_query<IRecordListValueChangeListener>();
-    const auto columns = made.grouped.try_query<IColumnsChangeListener>();
-    if (made.mutableSource) {
-      made.mutableSource->RemoveRecordListChangeListener(lists.get());
-      made.mutableSource->RemoveRecordListValueChangeListener(values.get());
-    }
-    if (made.source) {
-      made.source->RemoveRecordListChangeListener(lists.get());
-      made.source->RemoveRecordListValueChangeListener(values.get());
-    }
-    if (made.mutableColumns) made.mutableColumns->RemoveColumnsChangeListener(columns.get());
-    if (made.columns) made.columns->RemoveColumnsChangeListener(columns.get());
-  });
+  ListenerSweep::Remove(made.source.get(), made.grouped.get());
+  ListenerSweep::Remove(made.columns.get(), made.grouped.get());
 }
 
 }  // namespace brevo::fuzz

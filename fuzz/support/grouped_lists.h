@@ -16,11 +16,11 @@ class GroupedLists {
   GroupedLists& operator=(const GroupedLists&) = delete;
   ~GroupedLists();
 
-  // The grouped view of source for group, or null when the call fails (a
-  // failed grouping stays alive for good: callers ask only for groups that
-  // pass the group check).
-  com_ptr<IMutableRecordList> Group(IRecordListUtils* utils, IMutableRecordList* source, const _bstr_t& group = "g");
-  com_ptr<IRecordList> Group(IRecordListUtils* utils, IRecordList* source, const _bstr_t& group = "g");
+  // The grouped view of source (an IMutableRecordList or an IRecordList), or
+  // null when the call fails. A failed grouping stays alive for good: callers
+  // ask only for groups that pass the group check.
+  template <class List>
+  com_ptr<List> Group(IRecordListUtils* utils, List* source, const _bstr_t& group = "g");
 
   // Takes one grouped list out of its source's registries now.
   void Release(IUnknown* grouped);
@@ -28,10 +28,8 @@ class GroupedLists {
  private:
   struct Made {
     com_ptr<IUnknown> grouped;
-    com_ptr<IMutableRecordList> mutableSource;
-    com_ptr<IRecordList> source;
-    com_ptr<IMutableColumns> mutableColumns;
-    com_ptr<IColumns> columns;
+    com_ptr<IUnknown> source;
+    com_ptr<IUnknown> columns;  // the source's columns when the grouping was made
   };
   static void Unregister(const Made& made) noexcept;
 

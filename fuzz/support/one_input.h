@@ -39,3 +39,13 @@ int RunOneInput(const std::uint8_t* data, std::size_t size, const char* target) 
 }
 
 }  // namespace brevo::fuzz
+
+// The two libFuzzer entry points of a target that runs Session per input.
+#define BREVO_FUZZ_TARGET(Session, name)                                                   \
+  extern "C" int LLVMFuzzerInitialize(int*, char***) {                                     \
+    brevo::fuzz::StartFuzzing();                                                           \
+    return 0;                                                                              \
+  }                                                                                        \
+  extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {      \
+    return brevo::fuzz::RunOneInput<Session>(data, size, name);                            \
+  }
