@@ -86,6 +86,11 @@ class LateBindingSession final : public Stage {
     Join(static_cast<IRecordsFactory*>(make_object<RecordsFactory>().get()));
     Join(grouped_.Group(utils.get(), list.get()).get());
     Join(grouped_.Group(utils.get(), view.get()).get());
+    for (const VARIANT_BOOL synchronized : {VARIANT_TRUE, VARIANT_FALSE}) {
+      com_ptr<IRecordListIterator> it;
+      Done(list->GetIterator(synchronized, it.put()));
+      Join(it.get());
+    }
     groupingIds_ = GroupingIds(utils.get());
   }
 

@@ -73,7 +73,8 @@ CELL_SEEDS = {
 # late_binding: the setup reads three column-type picks and a record count;
 # with two records the graph starts as 0-2 columns, 3-4 records, 5 the
 # collection, 6 the list, 7 its view, 8 the event listener, 9 the utilities,
-# 10 the factory, 11-12 the grouped lists. Objects offered as arguments come
+# 10 the factory, 11-12 the grouped lists, 13-14 a synchronized and a plain
+# iterator of the list. Objects offered as arguments come
 # in the same order.
 FACES = {"dispatch": 0, "mutable_column": 2, "mutable_columns": 4, "mutable_record": 6,
          "mutable_list": 8, "iterator": 9, "utils": 10, "factory": 11}
@@ -101,7 +102,7 @@ def i4(special):
 LATE_SEEDS = {
     "add_and_iterate": late_setup() + invoke(6, "mutable_list", 3)
     + invoke(6, "mutable_list", 10, args=[plain(11, bytes([0]))])
-    + invoke(16, "iterator", 6),
+    + invoke(13, "iterator", 6) + invoke(18, "iterator", 6),
     "set_value": late_setup() + invoke(3, "mutable_record", 7, args=[i4(1), plain(8, text("7"))])
     + invoke(3, "mutable_record", 20, args=[i4(1)]),
     "columns": late_setup() + invoke(5, "mutable_columns", 7, args=[plain(8, text("g.d")), i4(0)])
