@@ -43,8 +43,8 @@ class CellSession {
     IMutableRecord* record = records_[in_.Pick(2)].get();
     IRecord* view = views_[in_.Pick(2)].get();
     switch (in_.Pick(9)) {
-      case 0: if (record) Done(record->SetValue(Index(), values_.Value().get())); break;
-      case 1: if (record) Done(record->SetValueByName(Name().GetBSTR(), values_.Value().get())); break;
+      case 0: if (record) SetValue(record); break;
+      case 1: if (record) SetValueByName(record); break;
       case 2: if (record) TypedSet(record); break;
       case 3: if (record) Read(record); break;
       case 4: if (view) Read(view); break;
@@ -53,6 +53,16 @@ class CellSession {
       case 7: Compare(record, view); break;
       case 8: Switch(record, view); break;
     }
+  }
+
+  // The position is read before the value: the seeds depend on the order.
+  void SetValue(IMutableRecord* record) {
+    const ULONG index = Index();
+    Done(record->SetValue(index, values_.Value().get()));
+  }
+  void SetValueByName(IMutableRecord* record) {
+    const _bstr_t name = Name();
+    Done(record->SetValueByName(name.GetBSTR(), values_.Value().get()));
   }
 
   ULONG Index() {
