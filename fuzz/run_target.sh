@@ -6,7 +6,7 @@
 set -uo pipefail
 fuzzer=$1 corpus=$2 work=$3
 name=$(basename "$corpus")
-rm -rf "$work/corpus" && mkdir -p "$work/corpus" "$work/artifacts" && cp "$corpus"/* "$work/corpus/"
+rm -rf "$work/corpus" "$work/artifacts" && mkdir -p "$work/corpus" "$work/artifacts" && cp "$corpus"/* "$work/corpus/"
 # Leaks are judged by the targets' own oracle (the module lock count): an
 # input that ends in a contract abort may leave objects behind by design.
 ASAN_OPTIONS="${ASAN_OPTIONS:+$ASAN_OPTIONS:}detect_leaks=0" "$fuzzer" -max_total_time="${BREVO_FUZZ_SECONDS:-60}" -timeout=20 -rss_limit_mb=2048 -detect_leaks=0 -print_final_stats=1 \
