@@ -98,7 +98,7 @@ class LateBindingSession final : public Stage {
     catcher_->stage = nullptr;
     // Registrations and cell values the input made may tie graph objects in a
     // cycle; undo them before letting go.
-    sweep_.RemoveAll(graph_);
+    sweep_.RemoveAll(values_.Handed());
     Quietly([&] {
       for (const com_ptr<IUnknown>& object : graph_)
         if (const auto record = object.try_query<IMutableRecord>()) record->Clear();

@@ -64,7 +64,12 @@ _bstr_t ValueMaker::Text() {
 
 com_ptr<IUnknown> ValueMaker::Object() {
   const std::size_t choice = in_.Pick(objects_.size() + 1);
-  return choice < objects_.size() ? objects_[choice] : nullptr;
+  if (choice == objects_.size()) return nullptr;
+  const com_ptr<IUnknown>& object = objects_[choice];
+  bool known = false;
+  for (const com_ptr<IUnknown>& handed : handed_) known = known || handed == object;
+  if (!known) handed_.push_back(object);
+  return object;
 }
 
 void ValueMaker::FillPlain(VARIANT& value, VARTYPE base) {

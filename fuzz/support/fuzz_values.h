@@ -28,6 +28,8 @@ class ValueMaker {
   _bstr_t Text();
   // An object offered before, or null.
   com_ptr<IUnknown> Object();
+  // Every object Object() has handed out.
+  const std::vector<com_ptr<IUnknown>>& Handed() const noexcept { return handed_; }
   double Real();
   float Single();
   LONGLONG Int64();
@@ -41,6 +43,7 @@ class ValueMaker {
 
   ByteReader& in_;
   std::vector<com_ptr<IUnknown>> objects_;
+  std::vector<com_ptr<IUnknown>> handed_;
   std::deque<unique_variant> pointees_;
   std::deque<std::array<unsigned char, 16>> raw_;
 };
