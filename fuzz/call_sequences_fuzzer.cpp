@@ -27,6 +27,10 @@ constexpr bool kColumnChangesInsideColumnRemoveEvents = false;
 // Dropping references from inside a callback: objects released inside their
 // own notifications, and sort/filter on views whose callback drops the list.
 constexpr bool kDropReferencesInsideCallbacks = false;
+// Sorted or filtered iteration started from inside a comparator or condition
+// (found here, not yet fixed: the list keeps one sort comparator and one
+// result, and the nested call replaces both under the running sort).
+constexpr bool kOrderingInsideOrdering = false;
 
 constexpr std::size_t kHeldLimit = 8;
 
@@ -77,7 +81,7 @@ class SequenceSession final : public Stage {
       if (b >= 0xF8) reply.hr = E_FAIL;
       if ((cue == Cue::kBefore || cue == Cue::kColumnRemove) && (b & 2) && subject != nullptr) StopEvent(subject);
       if ((b & 4) && depth_ < kReentryDepth) {
-        const Nesting nested(*this, cue == Cue::kColumnRemove);
+        const Nesting nested(*this, cue);
         Step();
       }
     });
@@ -86,19 +90,24 @@ class SequenceSession final : public Stage {
 
  private:
   struct Nesting {
-    Nesting(SequenceSession& s, bool columnRemove) : s(s), columnRemove(columnRemove) {
+    Nesting(SequenceSession& s, Cue cue)
+        : s(s), columnRemove(cue == Cue::kColumnRemove), ordering(cue == Cue::kCondition || cue == Cue::kComparator) {
       ++s.depth_;
       s.insideColumnRemove_ += columnRemove;
+      s.insideOrdering_ += ordering;
     }
     ~Nesting() {
       --s.depth_;
       s.insideColumnRemove_ -= columnRemove;
+      s.insideOrdering_ -= ordering;
     }
     SequenceSession& s;
     bool columnRemove;
+    bool ordering;
   };
 
   bool MayChangeColumns() const { return kColumnChangesInsideColumnRemoveEvents || insideColumnRemove_ == 0; }
+  bool MayOrder() const { return kOrderingInsideOrdering || insideOrdering_ == 0; }
   bool MayDrop() const { return kDropReferencesInsideCallbacks || depth_ == 0; }
 
   void Step() {
@@ -225,7 +234,7 @@ class SequenceSession final : public Stage {
     if (list == nullptr || iterators_.size() >= kHeldLimit) return;
     const VARIANT_BOOL synchronized = in_.Pick(2) == 0 ? VARIANT_TRUE : VARIANT_FALSE;
     com_ptr<IRecordListIterator> it;
-    switch (in_.Pick(3)) {
+    switch (MayOrder() ? in_.Pick(3) : 0) {
       case 0: Done(list->GetIterator(synchronized, it.put())); break;
       case 1: Done(list->GetFilteredIterator(CallbackArg<IRecordCondition>(Callback()).get(), synchronized, it.put())); break;
       case 2: Done(list->GetSortedIterator(CallbackArg<IRecordComparator>(Callback()).get(), synchronized, it.put())); break;
@@ -326,6 +335,7 @@ class SequenceSession final : public Stage {
   ByteReader& in_;
   int depth_ = 0;
   int insideColumnRemove_ = 0;
+  int insideOrdering_ = 0;
   unsigned nextColumn_ = 0;
   // Released last: each grouped list leaves its source's registries then.
   GroupedLists grouped_;
