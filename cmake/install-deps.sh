@@ -2,12 +2,14 @@
 # Installs the Debian packages a build needs, only those that are missing.
 #   cmake/install-deps.sh native   compiler, CMake, GoogleTest
 #   cmake/install-deps.sh all      the above plus mingw-w64, widl and Wine
+#   cmake/install-deps.sh fuzz     compiler, CMake, clang and its libFuzzer runtime
 set -euo pipefail
 
 packages=(cmake make g++ libgtest-dev)
-if [[ "${1:-all}" == all ]]; then
-  packages+=(googletest g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev)
-fi
+case "${1:-all}" in
+  all) packages+=(googletest g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev) ;;
+  fuzz) packages+=(clang libclang-rt-14-dev) ;;
+esac
 
 missing=()
 for package in "${packages[@]}"; do

@@ -14,10 +14,13 @@ std::uint32_t* PrefixOf(BSTR text) {
 }
 
 // Allocates room for byteLength bytes of text plus the terminator; the text
-// bytes are copied from source when given, zeroed otherwise.
+// bytes are copied from source when given, zeroed otherwise. An odd length
+// gets one more zero byte, so that read as characters the text still ends in
+// a whole null character inside the block.
 BSTR Allocate(const void* source, std::size_t byteLength) {
   if (byteLength > 0xFFFFFFF0u || brevo::platform::AllocationShouldFail()) return nullptr;
-  auto* block = static_cast<char*>(std::malloc(kPrefix + byteLength + sizeof(OLECHAR)));
+  const std::size_t tail = sizeof(OLECHAR) + byteLength % sizeof(OLECHAR);
+  auto* block = static_cast<char*>(std::malloc(kPrefix + byteLength + tail));
   if (block == nullptr) return nullptr;
   const auto length32 = static_cast<std::uint32_t>(byteLength);
   std::memcpy(block, &length32, kPrefix);
@@ -27,7 +30,7 @@ BSTR Allocate(const void* source, std::size_t byteLength) {
   } else {
     std::memset(text, 0, byteLength);
   }
-  std::memset(text + byteLength, 0, sizeof(OLECHAR));
+  std::memset(text + byteLength, 0, tail);
   return reinterpret_cast<BSTR>(text);
 }
 
