@@ -18,19 +18,17 @@
 namespace brevo::fuzz {
 namespace {
 
-// Patterns that hit defects being fixed now; each switch turns one back on.
-// Listeners re-enter at most this deep: unbounded re-entry is a known defect
-// (recursion deep enough to exhaust the stack).
-constexpr int kReentryDepth = 8;
+// Each switch turns on one kind of re-entry; all are on, each once crashed
+// the library (fuzz/crashes). Listeners re-enter past the library's own
+// nesting limit, which must refuse the innermost call cleanly.
+constexpr int kReentryDepth = 160;
 // A ColumnBefore/AfterRemove listener that changes the collection.
-constexpr bool kColumnChangesInsideColumnRemoveEvents = false;
+constexpr bool kColumnChangesInsideColumnRemoveEvents = true;
 // Dropping references from inside a callback: objects released inside their
 // own notifications, and sort/filter on views whose callback drops the list.
-constexpr bool kDropReferencesInsideCallbacks = false;
-// Sorted or filtered iteration started from inside a comparator or condition
-// (found here, not yet fixed: the list keeps one sort comparator and one
-// result, and the nested call replaces both under the running sort).
-constexpr bool kOrderingInsideOrdering = false;
+constexpr bool kDropReferencesInsideCallbacks = true;
+// Sorted or filtered iteration started from inside a comparator or condition.
+constexpr bool kOrderingInsideOrdering = true;
 
 constexpr std::size_t kHeldLimit = 8;
 

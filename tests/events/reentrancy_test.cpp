@@ -202,6 +202,57 @@ TEST(Reentrancy, ViewsSortAndFilterWhileTheCallbackDropsTheList) {
   }
 }
 
+// A comparator that asks the list it sorts for another sort: the nested call
+// replaces the list's stored comparator and result, the running sort goes on
+// with its own comparator; one that drops the client's last reference to the
+// list: the list finishes the sort first.
+class NestingComparator : public implements<NestingComparator, IRecordComparator> {
+ public:
+  static constexpr CLSID kClassId = {0x8D2E4B10, 0x3F6A, 0x4C91, {0xB7, 0x02, 0x5E, 0x1C, 0x9A, 0x33, 0x70, 0xD4}};
+  explicit NestingComparator(com_ptr<IMutableRecordList>& list) : list_(list) {}
+  int calls = 0;
+  STDMETHODIMP Compare(VARIANT, VARIANT, LONG* result) override {
+    if (++calls == 1 && list_) {
+      const auto inner = make_object<NestingComparator>(list_);
+      inner->calls = 1;  // sorts once without nesting again
+      com_ptr<IRecordListIterator> nested;
+      list_->GetSortedIterator(inner.get(), VARIANT_FALSE, nested.put());
+    }
+    *result = 0;
+    return S_OK;
+  }
+
+ private:
+  com_ptr<IMutableRecordList>& list_;
+};
+
+TEST(Reentrancy, AComparatorMaySortItsListAgainOrDropIt) {
+  for (const bool drop : {false, true}) {
+    SCOPED_TRACE(drop ? "drops the list" : "sorts again");
+    com_ptr<IMutableRecordList> list(make_object<MutableRecordList>().get());
+    list->Create(Schema({{OLESTR("a"), 10}}).get());
+    for (int i = 0; i < 20; ++i) {
+      com_ptr<IMutableRecord> record;
+      list->AddRecord(record.put());
+    }
+    com_ptr<IMutableRecordList> held = list;
+    com_ptr<IRecordListIterator> it;
+    if (drop) {
+      const auto dropping = make_object<DroppingCallback>(list);
+      EXPECT_EQ(held->GetSortedIterator(dropping.get(), VARIANT_FALSE, it.put()), S_OK);
+    } else {
+      const auto nesting = make_object<NestingComparator>(list);
+      EXPECT_EQ(list->GetSortedIterator(nesting.get(), VARIANT_FALSE, it.put()), S_OK);
+    }
+    ULONG walked = 0;
+    for (VARIANT_BOOL more = VARIANT_FALSE; it->HasNext(&more) == S_OK && more != VARIANT_FALSE; ++walked) {
+      com_ptr<IDispatch> next;
+      it->Next(next.put());
+    }
+    EXPECT_EQ(walked, 20u);
+  }
+}
+
 // A listener that re-enters the library from its own notification nests one
 // level deeper each time; the innermost call past the limit fails with the
 // fixed message, the outer calls unwind, and every stored value stays.

@@ -1,6 +1,7 @@
 // Platform text: a BSTR's length prefix is the only record of its length, so
 // embedded NULs and odd byte counts must survive it; ANSI is code page 1252.
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "support/test_support.h"
@@ -29,8 +30,10 @@ TEST(BstrTest, AllocationsRecordTheirLengthAndAreTerminated) {
     ASSERT_NE(bytes, nullptr);
     EXPECT_EQ(SysStringByteLen(text->bstrVal), row.byteLength);
     EXPECT_EQ(std::memcmp(bytes, row.bytes, row.byteLength), 0);
-    // Callers also read a BSTR as a C string, so zeros follow the counted bytes.
+    // Callers also read a BSTR as a C string, so zeros follow the counted bytes;
+    // read as whole characters, an odd count still ends inside the block.
     EXPECT_EQ(bytes[row.byteLength] | bytes[row.byteLength + 1], 0);
+    EXPECT_LE(std::char_traits<OLECHAR>::length(text->bstrVal), (row.byteLength + 1) / 2);
   }
   EXPECT_EQ(SysAllocString(nullptr), nullptr);  // null stands for the empty string
   EXPECT_EQ(SysStringLen(nullptr) + SysStringByteLen(nullptr), 0u);
