@@ -45,8 +45,8 @@ class TextComparator : public implements<TextComparator, IRecordComparator> {
     HRESULT hr = com_ptr<IUnknown>(first.punkVal).query<IMutableRecord>()->GetValue(column_, a.put());
     if (hr == S_OK) hr = com_ptr<IUnknown>(second.punkVal).query<IMutableRecord>()->GetValue(column_, b.put());
     if (hr != S_OK) return hr;
-    const std::u16string_view x(a->vt == VT_BSTR && a->bstrVal ? a->bstrVal : u"");
-    const std::u16string_view y(b->vt == VT_BSTR && b->bstrVal ? b->bstrVal : u"");
+    const std::basic_string_view<OLECHAR> x(a->vt == VT_BSTR && a->bstrVal ? a->bstrVal : OLESTR(""));
+    const std::basic_string_view<OLECHAR> y(b->vt == VT_BSTR && b->bstrVal ? b->bstrVal : OLESTR(""));
     *RetVal = y.compare(x);
     return S_OK;
   }
