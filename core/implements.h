@@ -100,6 +100,10 @@ class object_root : public interface_face<Derived, First, First>,
   // here rather than in a destructor. Classes hide it with their own.
   void FinalRelease() {}
 
+ private:
+  unsigned callsInProgress_ = 0;
+  bool releaseWaiting_ = false;
+
  protected:
   object_root() noexcept { ModuleLock::Increment(); }
   object_root(const object_root&) = delete;
@@ -110,10 +114,30 @@ class object_root : public interface_face<Derived, First, First>,
   template <class I, class Body>
   HRESULT Call(Body&& body) noexcept {
     // A client may drop its last reference to this object from a callback
-    // the body makes: the object stays whole until the body is done.
-    const com_ptr<IUnknown> alive(GetIdentity());
-    return GuardedCall(Derived::kClassId, iid_of<I>(), std::forward<Body>(body));
+    // the body makes: the object stays whole until its calls are done (the
+    // last release waits for them; an aggregate's outer object is held).
+    const com_ptr<IUnknown> outer(outerDuringCalls_);
+    ++callsInProgress_;
+    const HRESULT hr = GuardedCall(Derived::kClassId, iid_of<I>(), std::forward<Body>(body));
+    if (--callsInProgress_ == 0 && releaseWaiting_) {
+      releaseWaiting_ = false;
+      FinishRelease();
+    }
+    return hr;
   }
+
+  // Called by the live object when its count reaches zero: false while a call
+  // is in progress, which finishes the release itself.
+  bool ReleaseNow() noexcept {
+    if (callsInProgress_ == 0) return true;
+    releaseWaiting_ = true;
+    return false;
+  }
+  // The release that waited for the calls in progress, if nothing took a new
+  // reference meanwhile.
+  virtual void FinishRelease() noexcept {}
+
+  IUnknown* outerDuringCalls_ = nullptr;
   // The same for a method with an out-parameter, which must be given: it is
   // checked before body makes anything that could be lost.
   template <class I, class T, class Body>
@@ -176,15 +200,22 @@ class CComObject final : public T {
   STDMETHODIMP_(ULONG) AddRef() override { return ++refs_; }
   STDMETHODIMP_(ULONG) Release() override {
     const ULONG left = --refs_;
-    if (left == 0) {
-      refs_ = 1;  // references taken and dropped while dying must not delete again
-      this->FinalRelease();
-      delete this;
-    }
+    if (left == 0 && this->ReleaseNow()) Destroy();
     return left;
   }
 
+ protected:
+  void FinishRelease() noexcept override {
+    if (refs_ == 0) Destroy();
+  }
+
  private:
+  void Destroy() noexcept {
+    refs_ = 1;  // references taken and dropped while dying must not delete again
+    this->FinalRelease();
+    delete this;
+  }
+
   ULONG refs_ = 0;
 };
 
@@ -193,7 +224,9 @@ template <class T>
 class CComContainedObject final : public T {
  public:
   template <class... Args>
-  explicit CComContainedObject(IUnknown* outer, Args&&... args) : T(std::forward<Args>(args)...), outer_(outer) {}
+  explicit CComContainedObject(IUnknown* outer, Args&&... args) : T(std::forward<Args>(args)...), outer_(outer) {
+    this->outerDuringCalls_ = outer;
+  }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) override { return outer_->QueryInterface(iid, out); }
   STDMETHODIMP_(ULONG) AddRef() override { return outer_->AddRef(); }

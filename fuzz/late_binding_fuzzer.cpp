@@ -99,6 +99,20 @@ class LateBindingSession final : public Stage {
     // Registrations and cell values the input made may tie graph objects in a
     // cycle; undo them before letting go.
     sweep_.RemoveAll(values_.Handed());
+    // A list keeps its last condition and comparator, which may be a graph
+    // object (even the list itself): the catcher takes their place.
+    Quietly([&] {
+      for (const com_ptr<IUnknown>& object : graph_) {
+        com_ptr<IRecordListIterator> it;
+        if (const auto list = object.try_query<IMutableRecordList>()) {
+          list->GetSortedIterator(catcher_.get(), VARIANT_FALSE, it.put());
+          list->GetFilteredIterator(catcher_.get(), VARIANT_FALSE, it.put());
+        } else if (const auto view = object.try_query<IRecordList>()) {
+          view->GetSortedIterator(catcher_.get(), VARIANT_FALSE, it.put());
+          view->GetFilteredIterator(catcher_.get(), VARIANT_FALSE, it.put());
+        }
+      }
+    });
     Quietly([&] {
       for (const com_ptr<IUnknown>& object : graph_)
         if (const auto record = object.try_query<IMutableRecord>()) record->Clear();
