@@ -12,10 +12,18 @@
 #include "factory/record_list_utils.h"
 #include "grouping/group_interfaces.h"
 #include "lists/mutable_record_list.h"
+#include "lists/row_fixture.h"
 #include "support/schema.h"
 
 namespace brevo::testing {
 namespace {
+
+// The record of a list's first row.
+com_ptr<IMutableRecord> FirstRow(IMutableRecordList* list) {
+  com_ptr<IRecordListIterator> it;
+  list->GetIterator(VARIANT_FALSE, it.put());
+  return Records(it.get()).front();
+}
 
 std::vector<std::string> NamesOf(IMutableColumns* columns) {
   const auto raw = RawColumnsOf(columns);
@@ -98,10 +106,8 @@ TEST(Reentrancy, AnObjectReleasedInsideItsOwnNotificationFinishesFirst) {
     }
   }
   {  // a list, through a value change of one of its records
-    com_ptr<IMutableRecordList> list(make_object<MutableRecordList>().get());
-    list->Create(Schema({{OLESTR("a"), 10}}).get());
-    com_ptr<IMutableRecord> record;
-    list->AddRecord(record.put());
+    com_ptr<IMutableRecordList> list = ListOf({-1}, Schema({{OLESTR("a"), 10}}));
+    const auto record = FirstRow(list.get());
     Transcript heard;
     const auto dropping = MakeScripted(heard, "record");
     dropping->during = [&] { list.reset(); };
@@ -110,10 +116,8 @@ TEST(Reentrancy, AnObjectReleasedInsideItsOwnNotificationFinishesFirst) {
     EXPECT_FALSE(list);
   }
   {  // a grouped record and a record view, each through its own listener
-    com_ptr<IMutableRecordList> list(make_object<MutableRecordList>().get());
-    list->Create(Schema({{OLESTR("G.a"), 10}}).get());
-    com_ptr<IMutableRecord> record;
-    list->AddRecord(record.put());
+    const auto list = ListOf({-1}, Schema({{OLESTR("G.a"), 10}}));
+    const auto record = FirstRow(list.get());
     const com_ptr<IRecordListUtils> utils(make_object<RecordListUtils>().get());
     com_ptr<IMutableRecordList> grouped;
     ASSERT_EQ(utils->GetMutableRecordListByGroup(list.get(), _bstr_t(OLESTR("G")).GetBSTR(), grouped.put()), S_OK);
@@ -169,12 +173,7 @@ TEST(Reentrancy, ViewsSortAndFilterWhileTheCallbackDropsTheList) {
   for (const bool grouped : {false, true}) {
     for (const bool sort : {false, true}) {
       SCOPED_TRACE(std::string(grouped ? "grouped " : "view ") + (sort ? "sort" : "filter"));
-      com_ptr<IMutableRecordList> list(make_object<MutableRecordList>().get());
-      list->Create(Schema({{OLESTR("G.a"), 10}}).get());
-      for (int i = 0; i < 3; ++i) {
-        com_ptr<IMutableRecord> record;
-        list->AddRecord(record.put());
-      }
+      com_ptr<IMutableRecordList> list = ListOf({-1, -1, -1}, Schema({{OLESTR("G.a"), 10}}));
       com_ptr<IRecordList> target;
       list->get_RecordList(target.put());
       if (grouped) {
@@ -229,12 +228,7 @@ class NestingComparator : public implements<NestingComparator, IRecordComparator
 TEST(Reentrancy, AComparatorMaySortItsListAgainOrDropIt) {
   for (const bool drop : {false, true}) {
     SCOPED_TRACE(drop ? "drops the list" : "sorts again");
-    com_ptr<IMutableRecordList> list(make_object<MutableRecordList>().get());
-    list->Create(Schema({{OLESTR("a"), 10}}).get());
-    for (int i = 0; i < 20; ++i) {
-      com_ptr<IMutableRecord> record;
-      list->AddRecord(record.put());
-    }
+    com_ptr<IMutableRecordList> list = ListOf(std::vector<LONG>(20, -1), Schema({{OLESTR("a"), 10}}));
     com_ptr<IMutableRecordList> held = list;
     com_ptr<IRecordListIterator> it;
     if (drop) {
@@ -257,10 +251,8 @@ TEST(Reentrancy, AComparatorMaySortItsListAgainOrDropIt) {
 // level deeper each time; the innermost call past the limit fails with the
 // fixed message, the outer calls unwind, and every stored value stays.
 TEST(Reentrancy, NestedCallOutsStopAtTheLimit) {
-  const com_ptr<IMutableRecordList> list(make_object<MutableRecordList>().get());
-  list->Create(Schema({{OLESTR("a"), 10}}).get());
-  com_ptr<IMutableRecord> record;
-  list->AddRecord(record.put());
+  const auto list = ListOf({-1}, Schema({{OLESTR("a"), 10}}));
+  const auto record = FirstRow(list.get());
   Transcript heard;
   const auto listener = MakeScripted(heard, "l");
   LONG value = 0;
