@@ -10,3 +10,6 @@ set(BREVO_MINGW_TRIPLE i686-w64-mingw32)
 set(CMAKE_C_FLAGS_INIT   "-msse2 -mfpmath=sse")
 set(CMAKE_CXX_FLAGS_INIT "-msse2 -mfpmath=sse")
 include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake)
+# The .def names the entry points as the system looks them up, without the
+# stdcall decoration (@<bytes>) that 32-bit symbols carry.
+string(APPEND CMAKE_SHARED_LINKER_FLAGS_INIT " -Wl,--enable-stdcall-fixup")
