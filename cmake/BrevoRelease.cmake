@@ -36,7 +36,8 @@ configure_file("${_release}/README.txt.in" "${CMAKE_BINARY_DIR}/README.txt" @ONL
 install(FILES "${_release}/install.cmd" "${_release}/uninstall.cmd" "${CMAKE_BINARY_DIR}/README.txt"
         DESTINATION . COMPONENT release)
 install(FILES "${PROJECT_SOURCE_DIR}/examples/cpp_client.cpp" DESTINATION examples COMPONENT release)
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/scripts/" DESTINATION examples/scripts COMPONENT release)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/scripts/" DESTINATION examples/scripts COMPONENT release
+        PATTERN "*.expected" EXCLUDE)
 install(FILES "${PROJECT_SOURCE_DIR}/docs/USAGE.md" DESTINATION docs COMPONENT release)
 
 set(CPACK_PACKAGE_NAME ${PROJECT_NAME})
@@ -50,8 +51,17 @@ set(CPACK_INSTALL_CMAKE_PROJECTS ${_projects})
 
 # The installer is a 64-bit program (32-bit Windows takes the zip and
 # install.cmd): it installs into the 64-bit Program Files and its commands see
-# the 64-bit system folder.
-set(CPACK_NSIS_DEFINES "Target amd64-unicode")
+# the 64-bit system folder. The target must precede every other line of the
+# script, so CPack gets its own template with that line first.
+set(_nsis "${CMAKE_ROOT}/Modules/Internal/CPack/NSIS.template.in")
+file(READ "${_nsis}" _bom LIMIT 3 HEX)
+set(_offset 0)
+if(_bom STREQUAL "efbbbf")  # a byte-order mark; the rest is ASCII
+  set(_offset 3)
+endif()
+file(READ "${_nsis}" _template OFFSET ${_offset})
+file(WRITE "${CMAKE_BINARY_DIR}/nsis/NSIS.template.in" "Target amd64-unicode\n${_template}")
+set(CPACK_MODULE_PATH "${CMAKE_BINARY_DIR}/nsis")
 set(CPACK_NSIS_INSTALL_ROOT "$PROGRAMFILES64")
 set(CPACK_NSIS_DISPLAY_NAME "${PROJECT_NAME} ${PROJECT_VERSION}")
 set(CPACK_NSIS_PACKAGE_NAME "${PROJECT_NAME} ${PROJECT_VERSION}")

@@ -81,12 +81,10 @@ echo "== the packages"
 zip="$build/$name.zip"
 installer="$build/$name.exe"
 check "the zip and the installer exist" test -f "$zip" -a -f "$installer"
+mkdir -p "$work/zip"
+(cd "$work/zip" && cmake -E tar xf "$zip")
 for arch in "${archs[@]}"; do
-  dll_size=$(unzip -l "$zip" "$name/$arch/BrevoRecordList.dll" | awk 'NR == 4 {print $1}')
-  echo "     $arch/BrevoRecordList.dll: $dll_size bytes"
-done
-unzip -q -d "$work/zip" "$zip"
-for arch in "${archs[@]}"; do
+  echo "     $arch/BrevoRecordList.dll: $(stat -c %s "$work/zip/$name/$arch/BrevoRecordList.dll") bytes"
   if [[ -x "$source_dir/cmake/check-module.sh" ]]; then
     check "$arch module: format, exports, imports, version" \
       "$source_dir/cmake/check-module.sh" "$work/zip/$name/$arch/BrevoRecordList.dll" "$arch" "$version"
@@ -108,7 +106,7 @@ if has x86; then
 fi
 
 echo "== clients"
-examples="$release/examples"
+expected="$source_dir/examples"
 scripts_win="$release_win\\examples\\scripts"
 # Built from the zip's include/ alone, with the example's own command line.
 compile_client() {
@@ -127,19 +125,19 @@ fi
 for example in filter_sort listen; do
   for language in js vbs; do
     wine "cscript64.$example.$language" cscript //nologo "$scripts_win\\$example.$language"
-    check "64-bit cscript: $example.$language" same_output "cscript64.$example.$language" "$examples/scripts/$example.expected"
+    check "64-bit cscript: $example.$language" same_output "cscript64.$example.$language" "$expected/scripts/$example.expected"
   done
 done
 if has x64; then
   check "the C++ client builds for x64 from the zip" compile_client x86_64-w64-mingw32 "$work/cpp_client64.exe"
   wine cpp_client64 "$work/cpp_client64.exe"
-  check "x64 C++ client, STA and MTA" same_output cpp_client64 "$examples/cpp_client.expected"
+  check "x64 C++ client, STA and MTA" same_output cpp_client64 "$expected/cpp_client.expected"
 fi
 if has x86; then
   wait "${pids[@]}"
-  check "32-bit cscript: filter_sort.js" same_output cscript32.filter_sort.js "$examples/scripts/filter_sort.expected"
-  check "32-bit cscript: listen.vbs" same_output cscript32.listen.vbs "$examples/scripts/listen.expected"
-  check "x86 C++ client, STA and MTA" same_output cpp_client32 "$examples/cpp_client.expected"
+  check "32-bit cscript: filter_sort.js" same_output cscript32.filter_sort.js "$expected/scripts/filter_sort.expected"
+  check "32-bit cscript: listen.vbs" same_output cscript32.listen.vbs "$expected/scripts/listen.expected"
+  check "x86 C++ client, STA and MTA" same_output cpp_client32 "$expected/cpp_client.expected"
 fi
 
 echo "== the zip: uninstall.cmd"
@@ -161,7 +159,7 @@ check "the installer succeeds" wine installer "C:\\$name.exe" /S
 check "it installed the files" test -f "$installed/x64/BrevoRecordList.dll" -a -f "$installed/install.cmd"
 check "it registered every class and interface" registered 64 "$ours"
 wine installed.filter_sort.js cscript //nologo "$(windows_path "$installed")\\examples\\scripts\\filter_sort.js"
-check "a client of the installed library" same_output installed.filter_sort.js "$examples/scripts/filter_sort.expected"
+check "a client of the installed library" same_output installed.filter_sort.js "$expected/scripts/filter_sort.expected"
 # _? keeps the uninstaller in place and makes it finish before returning.
 check "the uninstaller succeeds" \
   wine uninstaller "$(windows_path "$installed")\\Uninstall.exe" /S "_?=$(windows_path "$installed")"
