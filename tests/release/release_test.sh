@@ -81,6 +81,7 @@ echo "== the packages"
 zip="$build/$name.zip"
 installer="$build/$name.exe"
 check "the zip and the installer exist" test -f "$zip" -a -f "$installer"
+check "the README names this release" grep -q "build/release/$name.zip" "$source_dir/README.md"
 mkdir -p "$work/zip"
 (cd "$work/zip" && cmake -E tar xf "$zip")
 for arch in "${archs[@]}"; do
