@@ -33,6 +33,9 @@
 // callback: std::bad_alloc becomes E_OUTOFMEMORY, anything else E_FAIL. The
 // objects count their references atomically and answer IDispatch without
 // type information, so the library always calls them through their vtable.
+// From a multithreaded apartment the calls arrive through the type library's
+// marshaler on a thread of the runtime's: a lambda that shares state with
+// other threads guards it.
 #pragma once
 
 #include <atomic>
@@ -183,7 +186,8 @@ HRESULT CallHandler(F& function, Args... args) {
     function(args...);
     return S_OK;
   } else {
-    static_assert(std::is_convertible_v<Result, HRESULT>, "a listener handler returns void or an HRESULT");
+    static_assert(std::is_convertible_v<Result, HRESULT> && !std::is_same_v<Result, bool>,
+                  "a listener handler returns void or an HRESULT");
     return static_cast<HRESULT>(function(args...));
   }
 }

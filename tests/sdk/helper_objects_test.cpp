@@ -1,6 +1,6 @@
 // The objects the callbacks helper makes, as COM objects: what they answer to
-// QueryInterface and IDispatch, and that each lives exactly as long as its
-// last reference, the library's included.
+// QueryInterface (the marshaler and the library ask), and that each lives
+// exactly as long as its last reference, the library's included.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -100,24 +100,6 @@ TEST_P(HelperObject, AnswersItsInterfacesAndNoOthers) {
   }
   EXPECT_EQ(object.as<IUnknown>().get(), object.as<IDispatch>().as<IUnknown>().get()) << "one identity";
   EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
-}
-
-TEST_P(HelperObject, IsLateBoundWithoutTypeInformation) {
-  const Probe probe;
-  const auto dispatch = GetParam().make(probe).as<IDispatch>();
-  UINT count = 1;
-  EXPECT_EQ(dispatch->GetTypeInfoCount(&count), S_OK);
-  EXPECT_EQ(count, 0u);
-  com_ptr<ITypeInfo> info;
-  EXPECT_EQ(dispatch->GetTypeInfo(0, 0, info.put()), DISP_E_BADINDEX);
-  OLECHAR name[] = L"Evaluate";
-  LPOLESTR names[] = {name};
-  DISPID id = 0;
-  EXPECT_EQ(dispatch->GetIDsOfNames(IID_NULL, names, 1, 0, &id), DISP_E_UNKNOWNNAME);
-  EXPECT_EQ(id, DISPID_UNKNOWN);
-  DISPPARAMS none{};
-  EXPECT_EQ(dispatch->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
-            DISP_E_MEMBERNOTFOUND);
 }
 
 TEST_P(HelperObject, GoesWhenTheLibraryLetsGoOfIt) {

@@ -1,6 +1,7 @@
 #!/bin/sh
 # regsvr32 and brevo-regtlb in the test prefix, checked against the classes root.
-#   registration.sh register DLL     every class's entries must be there
+#   registration.sh register DLL     every class's entries must be there, the
+#                                    type library's must not
 #   registration.sh unregister DLL   the class and ProgID keys and the module's
 #                                    AppID entries must be gone, the AppID root kept
 #   registration.sh register-tlb TOOL TLB
@@ -84,6 +85,8 @@ $classes
 EOF
     missing=$(printf '%s\n' "$expected" | grep -vxF -f "$work/root" || true)
     [ -z "$missing" ] || { printf 'MISSING %s\n' "$missing"; exit 1; }
+    # The type library is the installer's to register, with brevo-regtlb.
+    if grep -iqxF "TypeLib\\$libid" "$work/root"; then echo "regsvr32 registered the type library"; exit 1; fi
     echo "registration complete"
     ;;
 unregister)
