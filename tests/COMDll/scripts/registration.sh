@@ -4,11 +4,12 @@
 #                                    type library's must not
 #   registration.sh unregister DLL   the class and ProgID keys and the module's
 #                                    AppID entries must be gone, the AppID root kept
-#   registration.sh register-tlb TOOL TLB
+#   registration.sh register-tlb TOOL TLB [win64|win32]
 #                                    brevo-regtlb, given the path relative to the
-#                                    working directory: the library's win64 key
-#                                    must name the full path, every interface
-#                                    of the idl must point at the library
+#                                    working directory: the library's win64
+#                                    (or win32) key must name the full path,
+#                                    every interface of the idl must point at
+#                                    the library
 #   registration.sh unregister-tlb TOOL TLB
 #                                    brevo-regtlb /u: the library's key and the
 #                                    interfaces' keys must be gone
@@ -114,15 +115,15 @@ AppID\\$appid"
     echo "unregistration complete, AppID root kept"
     ;;
 register-tlb)
-    tool=$2 tlb=$3
+    tool=$2 tlb=$3 platform=${4:-win64}
     # Relative to the working directory, which Wine maps to Z:.
     (cd "$(dirname "$tlb")" && "$run" "$tool" "$(basename "$tlb")") >"$work/out" 2>&1 ||
         { cat "$work/out"; echo "brevo-regtlb failed"; exit 1; }
     classes_root "$work/root"
     # Wine writes the path in its long form, \\?\Z:\...
-    path=$(data "$work/root" "TypeLib\\$libid\\1.0\\0\\win64" @)
+    path=$(data "$work/root" "TypeLib\\$libid\\1.0\\0\\$platform" @)
     long='\\?\'
-    [ "${path#"$long"}" = "Z:$(printf %s "$tlb" | tr / '\\')" ] || { echo "TypeLib win64 names '$path'"; exit 1; }
+    [ "${path#"$long"}" = "Z:$(printf %s "$tlb" | tr / '\\')" ] || { echo "TypeLib $platform names '$path'"; exit 1; }
     missing=$(interfaces | sed "s/\$/\\\\TypeLib|@|$libid/" | grep -ivxF -f "$work/root" || true)
     [ -z "$missing" ] || { printf 'MISSING %s\n' "$missing"; exit 1; }
     printf "type library registered: %s, %s interfaces\n" "$path" "$(interfaces | wc -l)"
