@@ -109,11 +109,12 @@ fi
 echo "== clients"
 expected="$source_dir/examples"
 scripts_win="$release_win\\examples\\scripts"
-# Built from the zip's include/ alone, with the example's own command line.
+# Built from the zip's include/ alone, with the command the example names.
 compile_client() {
-  local triple=$1 out=$2
-  (cd "$release" && "$triple-g++-posix" -std=c++17 -O1 -Iinclude examples/cpp_client.cpp include/BrevoRecordList_i.c \
-      -static -lole32 -loleaut32 -luuid -o "$out") >"$work/logs/compile.$triple" 2>&1 || { cat "$work/logs/compile.$triple"; return 1; }
+  local triple=$1 out=$2 command
+  command=$(sed -n "s|^//   \($triple-g++ .*\) -o cpp_client.exe\$|\1|p" "$release/examples/cpp_client.cpp")
+  [[ -n "$command" ]] || { echo "  no $triple command in the example"; return 1; }
+  (cd "$release" && $command -o "$out") >"$work/logs/compile.$triple" 2>&1 || { cat "$work/logs/compile.$triple"; return 1; }
 }
 # The 32-bit clients start at once and run side by side.
 pids=()
