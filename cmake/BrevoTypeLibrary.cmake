@@ -30,9 +30,17 @@ endmacro()
 
 function(brevo_add_type_library target idl)
   _brevo_find_widl()
-  find_path(BREVO_WINE_TLB_DIR stdole2.tlb
-            PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows /usr/lib/wine/x86_64-windows
-                  /usr/lib64/wine/x86_64-windows
+  # Each architecture has its own type library layout, and the stdole2.tlb
+  # of the matching Wine.
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(arch --win32)
+    set(wine_tlb_dirs /usr/lib/i386-linux-gnu/wine/i386-windows /usr/lib/wine/i386-windows)
+  else()
+    set(arch --win64)
+    set(wine_tlb_dirs /usr/lib/x86_64-linux-gnu/wine/x86_64-windows /usr/lib/wine/x86_64-windows
+                      /usr/lib64/wine/x86_64-windows)
+  endif()
+  find_path(BREVO_WINE_TLB_DIR stdole2.tlb PATHS ${wine_tlb_dirs}
             NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 
   get_filename_component(idl "${idl}" ABSOLUTE)
@@ -40,7 +48,7 @@ function(brevo_add_type_library target idl)
   set(tlb "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${base}.tlb")
   add_custom_command(
     OUTPUT "${tlb}"
-    COMMAND "${BREVO_WIDL}" --win64 -t -I "${BREVO_WINE_IDL_DIR}" -L "${BREVO_WINE_TLB_DIR}" -o "${tlb}" "${idl}"
+    COMMAND "${BREVO_WIDL}" ${arch} -t -I "${BREVO_WINE_IDL_DIR}" -L "${BREVO_WINE_TLB_DIR}" -o "${tlb}" "${idl}"
     DEPENDS "${idl}"
     COMMENT "Generating type library ${base}.tlb"
     VERBATIM)

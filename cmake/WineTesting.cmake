@@ -36,14 +36,20 @@ function(_brevo_wine_fixture)
   endif()
   set_property(GLOBAL PROPERTY _BREVO_WINE_FIXTURE_DONE TRUE)
   find_program(BREVO_WINESERVER NAMES wineserver REQUIRED)
+  # A 32-bit build's programs need the prefix's 32-bit half.
+  set(_wow64)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(_wow64 wow64)
+  endif()
   add_test(NAME wine.setup
-           COMMAND "${_brevo_wine_dir}/wine-fixture.sh" setup "${BREVO_WINE_PREFIX}")
+           COMMAND "${_brevo_wine_dir}/wine-fixture.sh" setup "${BREVO_WINE_PREFIX}" ${_wow64})
   add_test(NAME wine.cleanup
            COMMAND "${_brevo_wine_dir}/wine-fixture.sh" cleanup "${BREVO_WINE_PREFIX}")
   set_tests_properties(wine.setup PROPERTIES
     FIXTURES_SETUP wine
     ENVIRONMENT "WINESERVER=${BREVO_WINESERVER}"
-    TIMEOUT 120)
+    # A new prefix takes minutes where wine32 is installed and emulated.
+    TIMEOUT 600)
   set_tests_properties(wine.cleanup PROPERTIES
     FIXTURES_CLEANUP wine
     ENVIRONMENT "WINESERVER=${BREVO_WINESERVER}"

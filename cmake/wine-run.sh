@@ -6,8 +6,9 @@
 #
 # Prefix selection: --prefix DIR, else $WINEPREFIX, else "wineprefix" next to
 # the CMakeCache.txt found by walking up from the program's directory.
-# Environment overrides: WINE (loader, default: wine64 / /usr/lib/wine/wine64
-# / wine), WINEDEBUG (default -all), WINEDLLOVERRIDES (replaces the defaults
+# Loader: /usr/lib/wine/wine (32-bit) for a 32-bit x86 PE file, else wine64 /
+# /usr/lib/wine/wine64 / wine.
+# Environment overrides: WINE (loader for every program), WINEDEBUG (default -all), WINEDLLOVERRIDES (replaces the defaults
 # below), BREVO_WINE_BACKTRACE=1 (winedbg backtrace on crashes).
 set -eu
 
@@ -35,17 +36,31 @@ mkdir -p "$WINEPREFIX"
 WINEPREFIX=$(cd "$WINEPREFIX" && pwd)   # Wine insists on an absolute path
 export WINEPREFIX
 
+# True when $1 is a 32-bit x86 PE file: "PE\0\0" and machine 0x014c at the
+# offset the DOS header gives.
+is_pe_i386() {
+    [ -f "$1" ] || return 1
+    _pe=$(od -An -tu4 -j60 -N4 "$1" 2>/dev/null | tr -d ' ')
+    [ -n "$_pe" ] || return 1
+    [ "$(od -An -tx1 -j"$_pe" -N6 "$1" 2>/dev/null | tr -d ' ')" = 504500004c01 ]
+}
+
 if [ -z "${WINE:-}" ]; then
-    if command -v wine64 >/dev/null 2>&1; then WINE=wine64
+    if is_pe_i386 "$1"; then
+        # A 32-bit program needs the 32-bit loader (wine32); the prefix
+        # stays the same 64-bit one.
+        WINE=/usr/lib/wine/wine
+    elif command -v wine64 >/dev/null 2>&1; then WINE=wine64
     elif [ -x /usr/lib/wine/wine64 ]; then WINE=/usr/lib/wine/wine64
     else WINE=wine
     fi
 fi
-# The Debian /usr/bin/wine wrapper exports WINELOADER itself; when calling the
+# The Debian /usr/bin/wine wrapper exports WINELOADER itself; when calling a
 # loader directly, do the same so that child processes (death tests,
-# CreateProcess) use the same 64-bit loader.
+# CreateProcess) find the loaders (Wine adds or drops "64" for a child of
+# the other width).
 case "$WINE" in
-    */wine64|wine64) export WINELOADER=${WINELOADER:-$(command -v "$WINE")} ;;
+    */wine64|wine64|/usr/lib/wine/wine) export WINELOADER=${WINELOADER:-$(command -v "$WINE")} ;;
 esac
 
 export WINEARCH=win64
