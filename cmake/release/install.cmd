@@ -16,10 +16,14 @@ if defined PROCESSOR_ARCHITEW6432 (
   set "native32=%SystemRoot%\SysWOW64"
 )
 
-if defined native64 (
-  call :register x64 "%native64%" || goto failed
-)
-call :register x86 "%native32%" || goto failed
+rem Plain jumps on the exit code: "call ... || goto" misbehaves in some cmd
+rem implementations inside a block.
+if not defined native64 goto x86
+call :register x64 "%native64%"
+if errorlevel 1 goto failed
+:x86
+call :register x86 "%native32%"
+if errorlevel 1 goto failed
 echo BrevoRecordList is registered.
 exit /b 0
 

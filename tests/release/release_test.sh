@@ -28,7 +28,7 @@ rm -rf "$work"
 mkdir -p "$work/logs"
 export WINEPREFIX="$work/prefix"
 export WINESERVER=${WINESERVER:-$(command -v wineserver || echo /usr/lib/wine/wineserver)}
-"$source_dir/cmake/wine-fixture.sh" setup "$WINEPREFIX" >"$work/logs/setup" 2>&1 ||
+"$source_dir/cmake/wine-fixture.sh" setup "$WINEPREFIX" $(has x86 && echo wow64) >"$work/logs/setup" 2>&1 ||
   { cat "$work/logs/setup"; echo "FAIL the Wine prefix"; exit 1; }
 trap '"$source_dir/cmake/wine-fixture.sh" cleanup "$WINEPREFIX"' EXIT
 
