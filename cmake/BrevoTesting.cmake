@@ -6,7 +6,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/WineTesting.cmake)
 # BREVO_ONE_TEST_PROCESS: for builds where every process start is costly
 # (32-bit Wine under emulation), all suites build into the one executable
 # unit_tests, run as one test with BREVO_TEST_FILTER as its gtest filter, and
-# the client tests, which start processes of their own, are left out.
+# the client and SDK tests, which start processes of their own, are left out.
 option(BREVO_ONE_TEST_PROCESS "Build the test suites into one executable run as one test" OFF)
 set(BREVO_TEST_FILTER "" CACHE STRING "gtest filter of the one test executable (BREVO_ONE_TEST_PROCESS)")
 

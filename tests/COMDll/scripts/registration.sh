@@ -1,10 +1,24 @@
 #!/bin/sh
-# regsvr32 in the test prefix, checked against the classes root.
-#   registration.sh register DLL     every class's entries must be there
+# regsvr32 and brevo-regtlb in the test prefix, checked against the classes root.
+#   registration.sh register DLL     every class's entries must be there, the
+#                                    type library's must not
 #   registration.sh unregister DLL   the class and ProgID keys and the module's
 #                                    AppID entries must be gone, the AppID root kept
+#   registration.sh register-tlb TOOL TLB [win64|win32]
+#                                    brevo-regtlb, given the path relative to the
+#                                    working directory: the library's win64
+#                                    (or win32) key must name the full path,
+#                                    every interface of the idl must point at
+#                                    the library
+#   registration.sh unregister-tlb TOOL TLB
+#                                    brevo-regtlb /u: the library's key and the
+#                                    interfaces' keys must be gone
+#   registration.sh refuse-tlb TOOL  a missing file and a wrong command line
+#                                    fail with a one-line message
 set -eu
-run="$(cd "$(dirname "$0")/../../../cmake" && pwd)/wine-run.sh"
+here=$(cd "$(dirname "$0")" && pwd)
+run="$here/../../../cmake/wine-run.sh"
+idl="$here/../../../idl/BrevoRecordList.idl"
 mode=${1:-}
 dll="Z:$(printf %s "${2:-}" | tr / '\\')"
 
@@ -37,7 +51,13 @@ classes_root() {
 }
 
 re() { printf %s "$1" | sed 's/[\\.]/\\&/g'; }  # $1 as a literal sed pattern
-data() { sed -n "s/^$(re "$2|$3|")//p" "$1" | head -n1; }  # data <listing> <key> <name>
+# data <listing> <key> <name>; key names ignore case, as the registry's do
+# (a fresh prefix already has "Typelib").
+data() { sed -n "s/^$(re "$2|$3|")//Ip" "$1" | head -n1; }
+
+# The type library's identifier and its interfaces' keys, from the idl.
+libid=$(sed -n '/^\[/,/^library/s/^ *uuid(\(.*\)),$/{\1}/p' "$idl")
+interfaces() { sed -n 's/^ *\[object, uuid(\([^)]*\)).*/Interface\\{\1}/p' "$idl"; }
 
 case "$mode" in
 register)
@@ -66,6 +86,8 @@ $classes
 EOF
     missing=$(printf '%s\n' "$expected" | grep -vxF -f "$work/root" || true)
     [ -z "$missing" ] || { printf 'MISSING %s\n' "$missing"; exit 1; }
+    # The type library is the installer's to register, with brevo-regtlb.
+    if grep -iqxF "TypeLib\\$libid" "$work/root"; then echo "regsvr32 registered the type library"; exit 1; fi
     echo "registration complete"
     ;;
 unregister)
@@ -92,5 +114,46 @@ AppID\\$appid"
     grep -qxF AppID "$work/after" || { echo "MISSING the AppID root"; exit 1; }
     echo "unregistration complete, AppID root kept"
     ;;
-*) echo "usage: $0 register|unregister DLL" >&2; exit 2 ;;
+register-tlb)
+    tool=$2 tlb=$3 platform=${4:-win64}
+    # Relative to the working directory, which Wine maps to Z:.
+    (cd "$(dirname "$tlb")" && "$run" "$tool" "$(basename "$tlb")") >"$work/out" 2>&1 ||
+        { cat "$work/out"; echo "brevo-regtlb failed"; exit 1; }
+    classes_root "$work/root"
+    # Wine writes the path in its long form, \\?\Z:\...
+    path=$(data "$work/root" "TypeLib\\$libid\\1.0\\0\\$platform" @)
+    long='\\?\'
+    [ "${path#"$long"}" = "Z:$(printf %s "$tlb" | tr / '\\')" ] || { echo "TypeLib $platform names '$path'"; exit 1; }
+    missing=$(interfaces | sed "s/\$/\\\\TypeLib|@|$libid/" | grep -ivxF -f "$work/root" || true)
+    [ -z "$missing" ] || { printf 'MISSING %s\n' "$missing"; exit 1; }
+    printf "type library registered: %s, %s interfaces\n" "$path" "$(interfaces | wc -l)"
+    ;;
+unregister-tlb)
+    tool=$2 tlb=$3
+    "$run" "$tool" /u "Z:$(printf %s "$tlb" | tr / '\\')" >"$work/out" 2>&1 ||
+        { cat "$work/out"; echo "brevo-regtlb /u failed"; exit 1; }
+    classes_root "$work/after"
+    left=$({ echo "TypeLib\\$libid"; interfaces; } | grep -ixF -f "$work/after" || true)
+    [ -z "$left" ] || { printf 'STILL REGISTERED %s\n' "$left"; exit 1; }
+    echo "type library unregistered"
+    ;;
+refuse-tlb)
+    tool=$2
+    # Arguments (split on blanks) and what the one line on stderr must say.
+    while IFS='|' read -r args expected; do
+        status=0
+        # shellcheck disable=SC2086
+        "$run" "$tool" $args >"$work/out" 2>"$work/err" || status=$?
+        grep -v '^wine-run.sh: ' "$work/err" | tr -d '\r' >"$work/message"
+        printf "brevo-regtlb %s: exit %s: %s\n" "$args" "$status" "$(cat "$work/message")"
+        [ "$status" -ne 0 ] && [ "$(wc -l <"$work/message")" -eq 1 ] && grep -q "$expected" "$work/message" ||
+            { echo "NOT REFUSED as expected: $expected"; exit 1; }
+    done <<EOF
+Z:\\no\\such\\file.tlb|^brevo-regtlb: cannot register .*file.tlb: LoadTypeLibEx failed with 0x8
+/u Z:\\no\\such\\file.tlb|^brevo-regtlb: cannot unregister .*file.tlb: LoadTypeLibEx failed with 0x8
+|^usage: brevo-regtlb
+/u|^usage: brevo-regtlb
+EOF
+    ;;
+*) echo "usage: $0 register|unregister DLL | register-tlb|unregister-tlb TOOL TLB | refuse-tlb TOOL" >&2; exit 2 ;;
 esac
