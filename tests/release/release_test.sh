@@ -156,15 +156,18 @@ check "uninstall.cmd without the DLLs fails" not wine broken.uninstall cmd /c "$
 
 echo "== the installer, silent, on x64"
 cp "$installer" "$WINEPREFIX/drive_c/"
-installed="$programs/BrevoRecordList"
-check "the installer succeeds" wine installer "C:\\$name.exe" /S
+# /D= and _?= take the rest of the command line unquoted, so a folder without
+# spaces (Wine quotes an argument that has one).
+installed="$WINEPREFIX/drive_c/Brevo/RecordList"
+installed_win=$(windows_path "$installed")
+check "the installer succeeds" wine installer "C:\\$name.exe" /S "/D=$installed_win"
 check "it installed the files" test -f "$installed/x64/BrevoRecordList.dll" -a -f "$installed/install.cmd"
 check "it registered every class and interface" registered 64 "$ours"
-wine installed.filter_sort.js cscript //nologo "$(windows_path "$installed")\\examples\\scripts\\filter_sort.js"
+if has x86; then check "in the 32-bit view too" registered 32 "$ours"; fi
+wine installed.filter_sort.js cscript //nologo "$installed_win\\examples\\scripts\\filter_sort.js"
 check "a client of the installed library" same_output installed.filter_sort.js "$expected/scripts/filter_sort.expected"
 # _? keeps the uninstaller in place and makes it finish before returning.
-check "the uninstaller succeeds" \
-  wine uninstaller "$(windows_path "$installed")\\Uninstall.exe" /S "_?=$(windows_path "$installed")"
+check "the uninstaller succeeds" wine uninstaller "$installed_win\\Uninstall.exe" /S "_?=$installed_win"
 check "it unregistered everything" registered 64 0
 if has x86; then check "in the 32-bit view too" registered 32 0; fi
 check "it removed the files" test ! -e "$installed/x64/BrevoRecordList.dll" -a ! -e "$installed/include"
